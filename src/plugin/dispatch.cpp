@@ -1,0 +1,58 @@
+#include "plugin/dispatch.h"
+
+#include <array>
+
+#include "mpu/usbkel2mpuprg.h"
+
+namespace keld2 {
+
+namespace {
+
+// A family of ARM devices: which models and which selection bits mark it.
+struct ArmRule {
+    std::int16_t firstmodel;
+    std::int16_t lastmodel;
+    std::uint8_t mask;  // of selmode[0]
+    Runner runner;
+};
+
+constexpr std::uint8_t armbit = 0x40;
+constexpr std::array armrules{
+    ArmRule{.firstmodel = 74, .lastmodel = 32767, .mask = 0x42, .runner = Runner::armfamilyb},
+    ArmRule{.firstmodel = 40, .lastmodel = 73, .mask = 0x41, .runner = Runner::armfamilya},
+};
+
+struct ModeRange {
+    std::uint8_t first;
+    std::uint8_t last;  // of prgmode[0]
+    Runner runner;
+};
+
+constexpr std::array moderanges{
+    ModeRange{.first = 21, .last = 40, .runner = Runner::mpuwindow},
+    ModeRange{.first = 41, .last = 60, .runner = Runner::pldwindow},
+    ModeRange{.first = 80, .last = 255, .runner = Runner::svfwindow},
+};
+
+}  // namespace
+
+Runner runnerfor(std::int16_t modeltype, std::uint8_t selmode, std::uint8_t prgmode) {
+    for (const ArmRule& rule : armrules)
+        if (modeltype >= rule.firstmodel && modeltype <= rule.lastmodel &&
+            (selmode & rule.mask) == armbit)
+            return rule.runner;
+    for (const ModeRange& range : moderanges)
+        if (prgmode >= range.first && prgmode <= range.last) return range.runner;
+    return Runner::none;
+}
+
+std::unique_ptr<RunWindow> makewindow(Runner runner, const RunContext& run) {
+    switch (runner) {
+        case Runner::mpuwindow:
+            return std::make_unique<usbkel2mpuprg>(run);
+        default:
+            return nullptr;
+    }
+}
+
+}  // namespace keld2

@@ -1,0 +1,26 @@
+// Which module or run window serves a job.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+
+#include "run/runwindow.h"
+
+namespace keld2 {
+
+enum class Runner {
+    none,        // the call returns at once
+    armfamilyb,  // arm_prg_32f
+    armfamilya,  // arm_prg
+    mpuwindow,   // usbkel2mpuprg
+    pldwindow,   // usbkeld2pldprg
+    svfwindow    // usbsvfprg
+};
+
+// By modeltype[0], selmode[0] and the family byte prgmode[0]; the first rule that matches wins.
+Runner runnerfor(std::int16_t modeltype, std::uint8_t selmode, std::uint8_t prgmode);
+
+// A fresh window of a runner; nullptr when this build has none for it.
+std::unique_ptr<RunWindow> makewindow(Runner runner, const RunContext& run);
+
+}  // namespace keld2
