@@ -34,6 +34,22 @@ struct MpuFamilies {
                   .erase = &Window::serialerase,
                   .configurationpossible = &Window::serialconfigurationpossible,
                   .configuration = &Window::serialconfiguration},
+        MpuFamily{.prgmode = 22,
+                  .startup = &Window::parallelstartup,
+                  .readpossible = &Window::parallelreadpossible,
+                  .read = &Window::parallelread,
+                  .programpossible = &Window::byteprogrampossible,
+                  .program = &Window::byteprogram,
+                  .erasepossible = &Window::byteerasepossible,
+                  .erase = &Window::byteerase},
+        MpuFamily{.prgmode = 23,
+                  .startup = &Window::parallelstartup,
+                  .readpossible = &Window::parallelreadpossible,
+                  .read = &Window::parallelread,
+                  .programpossible = &Window::pageprogrampossible,
+                  .program = &Window::pageprogram,
+                  .erasepossible = &Window::parallelerasepossible,
+                  .erase = &Window::pageerase},
     };
     static constexpr MpuFamily none{};
 

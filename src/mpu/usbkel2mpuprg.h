@@ -25,6 +25,14 @@ class usbkel2mpuprg final : public RunWindow {
     void serialerase();
     void serialconfiguration();
 
+    // The parallel families, mode bytes 22 and 23; modes as above.
+    void parallelread(int mode);  // pin by pin, in blocks of 16384 bytes
+    void fastread(int mode);      // walked by the programmer itself, in blocks of 32768 bytes
+    void byteprogram();           // 22: a byte at a time
+    void byteerase();
+    void pageprogram();  // 23: a page at a time
+    void pageerase();
+
   private:
     friend struct MpuFamilies;
 
@@ -53,6 +61,35 @@ class usbkel2mpuprg final : public RunWindow {
     void queueconfiguration(std::uint8_t command, std::uint8_t value);
     void enablewithvpp();
     void restartchip();
+
+    // Parallel families.
+    void parallelstartup();
+    bool parallelreadpossible(int mode) const;
+    bool parallelerasepossible() const { return parallelreadpossible(2); }
+    bool byteprogrampossible() const;
+    bool byteerasepossible() const;
+    bool pageprogrampossible() const;
+    std::int32_t base() const;      // high address bits of parallelread and the page writes
+    std::int32_t fastbase() const;  // high address bits of fastread
+    bool queuereadblock(std::int32_t from, std::int32_t to);
+    bool checkblock(std::int32_t from, std::int32_t to, int mode);
+    bool fetchfastblock(std::int32_t from, std::int32_t count);
+    void buspulse(std::int32_t address, std::uint8_t data);
+    bool progresspoint(std::int32_t a);
+    std::int64_t dataindex(std::int32_t a) const;
+    bool datainbuffer() const;
+    bool queuebytes(void (usbkel2mpuprg::*queuebyte)(std::int32_t, std::uint8_t));
+    void queueprogrambyte(std::int32_t address, std::uint8_t data);
+    void queueclearbyte(std::int32_t address, std::uint8_t data);
+    void closelist();
+    bool clearbytes();
+    void pollbyteerase();
+    void pollpageerase();
+    void queuepagebytes(std::int32_t a0);
+    void restartforverify();
+    void endprogramming();
+    void endpulses();
+    void announceblankcheck();
 
     const MpuFamily* family_;
     SerialPort port_;

@@ -66,7 +66,7 @@ struct WindowChange {
     enum class Kind { load, unload, caption, grow, shrink, pexitshown, pexithidden };
     Kind kind = Kind::load;
     int twips = 0;                       // of grow and shrink
-    std::u16string text;                 // of caption
+    std::u16string text = {};            // of caption
     std::function<void()> onpexit = {};  // of load: what a click on the Stop button does
 };
 

@@ -1,0 +1,161 @@
+// Parallel family 22: program a byte at a time, erase by command.
+#include "mpu/parallelbus.h"
+#include "mpu/usbkel2mpuprg.h"
+#include "platform/numbers.h"
+
+namespace keld2 {
+
+namespace {
+
+constexpr int erasepolls = 3000;
+
+}  // namespace
+
+std::int64_t usbkel2mpuprg::dataindex(std::int32_t a) const {
+    return roundint32(a - s().wltbigendbuf[0] + s().wltbigendbuf[2]);
+}
+
+bool usbkel2mpuprg::datainbuffer() const {
+    const double shift = s().wltbigendbuf[2] - s().wltbigendbuf[0];
+    return first() > last() ||
+           (first() + shift >= 0 && last() + shift <= static_cast<double>(s().ibuffer.size() - 1));
+}
+
+bool usbkel2mpuprg::byteprogrampossible() const {
+    return parallelreadpossible(1) && datainbuffer();
+}
+
+bool usbkel2mpuprg::byteerasepossible() const {
+    return parallelreadpossible(2) && (s().woption[0] != 1 || datainbuffer());
+}
+
+void usbkel2mpuprg::byteprogram() {
+    DevCore& d = devcore();
+    d.busconfig(0, busdirection::out, 1);
+    d.buswrite(parking::write, 255, buscontrol::idle);
+    d.setvpppin(s().bvpppin[0], 1);
+    d.waitshort(100);
+    if (queuebytes(&usbkel2mpuprg::queueprogrambyte)) {
+        closelist();
+        restartforverify();
+        verifystages([this] { parallelread(1); });
+    }
+    endprogramming();
+}
+
+// Queues each byte of the job that is not blank. False after a stop.
+bool usbkel2mpuprg::queuebytes(void (usbkel2mpuprg::*queuebyte)(std::int32_t, std::uint8_t)) {
+    for (std::int32_t a = first(); a <= last(); ++a) {
+        const std::uint8_t b = s().ibuffer[dataindex(a)];
+        if (b != 255) (this->*queuebyte)(a | commandbase, b);
+        if (progresspoint(a) && stopasked()) return false;
+    }
+    return true;
+}
+
+// Percent and message loop at multiples of the progress step; true where there was one.
+bool usbkel2mpuprg::progresspoint(std::int32_t a) {
+    if (progressstep() == 0 || a % progressstep() != 0) return false;
+    writepercent(s(), a);
+    service();
+    return true;
+}
+
+void usbkel2mpuprg::queueprogrambyte(std::int32_t address, std::uint8_t data) {
+    DevCore& d = devcore();
+    const auto cycle = [&](std::uint8_t b, std::int32_t pause) {
+        d.qbuswrite(address, b, buscontrol::writestrobe);
+        d.qwaitshort(5);
+        d.qbuswrite(address, b, buscontrol::idle);
+        d.qwaitshort(pause);
+    };
+    cycle(buscommand::program, 5);
+    cycle(data, pwtefield());
+    cycle(buscommand::programcheck, 5);
+}
+
+// The list's end, on the address after the job.
+void usbkel2mpuprg::closelist() {
+    DevCore& d = devcore();
+    const std::int32_t address = (last() + 1) | commandbase;
+    d.qbuswrite(address, buscommand::reset, buscontrol::writestrobe);
+    d.qbuswrite(address, buscommand::reset, buscontrol::enabled);
+    d.qrun();
+    d.waitshort(200);
+}
+
+void usbkel2mpuprg::endprogramming() {
+    DevCore& d = devcore();
+    for (const int i : {0, 1})
+        if (s().bvpppin[i] > 0) d.setvpppin(s().bvpppin[i], 0);
+    if (s().bvpp[0] > 0) {
+        d.setvpp(s().bvcc[0] * 10, 0);
+        d.setvpp(s().bvcc[0] * 10, 1);
+    }
+}
+
+void usbkel2mpuprg::byteerase() {
+    DevCore& d = devcore();
+    d.buswrite(parking::write, 255, buscontrol::idle);
+    d.setvpppin(s().bvpppin[0], 1);
+    d.waitshort(1000);
+    if (s().woption[0] != 1 || clearbytes()) pollbyteerase();
+    endpulses();
+    announceblankcheck();
+    d.waitshort(100);
+    d.powerdown();
+    d.waitshort(100);
+    hwstart();
+    fastread(2);
+    d.powerdown();
+    d.waitshort(100);
+}
+
+// A pass over the job that programs every byte to 0 before the erase. False after a stop.
+bool usbkel2mpuprg::clearbytes() {
+    DevCore& d = devcore();
+    d.busconfig(0, busdirection::out, 1);
+    d.buswrite(parking::write, 255, buscontrol::idle);
+    d.setvpppin(s().bvpppin[0], 1);
+    d.waitshort(100);
+    if (!queuebytes(&usbkel2mpuprg::queueclearbyte)) return false;
+    closelist();
+    return true;
+}
+
+void usbkel2mpuprg::queueclearbyte(std::int32_t address, std::uint8_t) {
+    DevCore& d = devcore();
+    const auto pulse = [&](std::uint8_t b, std::uint8_t strobe) {
+        d.qbuswrite(address, b, strobe);
+        d.qbuswrite(address, b, buscontrol::enabled);
+    };
+    pulse(buscommand::program, buscontrol::writestrobe);
+    pulse(0, buscontrol::writestrobe);
+    d.qwaitshort(pwtefield());
+    pulse(buscommand::programcheck, buscontrol::writestrobe);
+    d.qwaitshort(10);
+    pulse(255, buscontrol::readstrobe);
+}
+
+void usbkel2mpuprg::pollbyteerase() {
+    DevCore& d = devcore();
+    d.busconfig(0, busdirection::out, 1);
+    buspulse(commandbase, buscommand::reset);
+    d.waitshort(100);
+    buspulse(commandbase, buscommand::erase);
+    buspulse(commandbase, buscommand::erase);
+    for (int n = 1;; ++n) {
+        d.waitshort(100);
+        buspulse(commandbase, buscommand::programcheck);
+        d.busconfig(0, busdirection::in, 1);
+        d.buswrite(parking::write, 255, buscontrol::readstrobe);
+        d.waitlong(pwtefield());
+        if ((d.regread(datareadregister) & erasedonebit) != 0 || n > erasepolls) return;
+        service();
+        if (stopasked()) return;
+        d.busconfig(0, busdirection::out, 1);
+        s().prgmode[1] = static_cast<std::uint8_t>(roundint32(n / 100.0));
+    }
+}
+
+}  // namespace keld2
