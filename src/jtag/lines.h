@@ -150,6 +150,43 @@ class LineDriver {
         tckpulse();
     }
 
+    // From Run-Test/Idle or an Update state to Shift-IR.
+    void goshiftir() {
+        tmshigh();
+        tckpulses(2);
+        tmslow();
+        tckpulse();
+        pausewalk();
+        tckpulse();
+    }
+    // count bits of value on TDI, bit 0 first; 0 stands behind the last bit of value. leave: TMS
+    // goes high with the last bit.
+    void drivebits(std::int32_t count, std::uint32_t value, bool leave) {
+        for (std::int32_t i = 0; i < count; ++i) {
+            tdidrive((value & 1) != 0);
+            value >>= 1;
+            if (leave && i == count - 1) tmshigh();
+            tckpulse();
+        }
+    }
+    // count samples, each before its pulse. The bits read, the first in bit 0; 0 when queued.
+    std::uint32_t readbits(std::int32_t count, bool leave) {
+        std::uint32_t value = 0;
+        for (std::int32_t i = 0; i < count; ++i) {
+            if (leave && i == count - 1) tmshigh();
+            const bool set = (tdosample() & levels_.tdomask()) != 0;
+            if (set && i < 32) value |= std::uint32_t{1} << i;
+            tckpulse();
+        }
+        return value;
+    }
+    // A whole instruction, from Run-Test/Idle or an Update state to Update-IR with TMS high.
+    void shiftir(std::int32_t count, std::uint32_t value) {
+        goshiftir();
+        drivebits(count, value, true);
+        tckpulse();
+    }
+
   private:
     void high(LineLevels::Line line) {
         if (levels_.wired()) sink_.write(levels_.high(line));

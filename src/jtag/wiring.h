@@ -37,13 +37,17 @@ struct Wiring {
         std::nullopt;  // what pinrefresh writes beside lines and extra bit
 };
 
+// How a family carries out a RUNTEST statement; see jtag/runtest.h.
+enum class RuntestKind { runtest, runtest1, runtest2, runtest3 };
+
 struct JtagFamily {
     std::uint8_t family = 0;  // prgmode[0]
     Wiring wiring;
     std::uint8_t extrabit = 0;
-    std::uint8_t drivecode = 0;    // shifts out eight bits of a data register
-    std::uint8_t readcode = 0;     // shifts in eight bits of a data register
-    std::uint8_t byteclock = 0;    // eight clocks of a RUNTEST; 0: the family has none
+    std::uint8_t drivecode = 0;  // shifts out eight bits of a data register
+    std::uint8_t readcode = 0;   // shifts in eight bits of a data register
+    std::uint8_t byteclock = 0;  // eight clocks of a RUNTEST; 0: the family has none
+    RuntestKind runtest = RuntestKind::runtest;
     bool pausewalk = false;        // each shift is entered by way of Pause
     bool sirtoidle = false;        // a SIR ends in Run-Test/Idle, with a pause
     bool runtestaddspwte = false;  // a RUNTEST with seconds adds pwte[0] / 100 long ticks
