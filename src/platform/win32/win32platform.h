@@ -1,0 +1,49 @@
+// The machine of the Windows host: its message loop, its boxes, its current folder.
+#pragma once
+
+#include <map>
+
+#include "platform/platform.h"
+#include "platform/win32/win32memory.h"
+#include "platform/win32/win32strings.h"
+
+namespace keld2 {
+
+class Win32Platform : public Platform {
+  public:
+    Win32Platform();
+    ~Win32Platform() override;
+    Win32Platform(const Win32Platform&) = delete;
+    Win32Platform& operator=(const Win32Platform&) = delete;
+
+    NamedMemory& memory() override { return memory_; }
+    SharedStrings& strings() override { return strings_; }
+    void service() override;
+    void wake() override;
+    TimerId settimer(std::int32_t milliseconds, std::function<void()> handler) override;
+    void killtimer(TimerId id) override { timers_.erase(id); }
+    BoxAnswer messagebox(const Box& box) override;
+    void showform(Form& form) override;
+    void window(std::string_view, const WindowChange&) override {
+    }  // the host shows log and progress
+    FileContent readfile(std::span<const std::u16string> parts) override;
+    double secondssincemidnight() override;
+
+  private:
+    struct Timer {
+        std::uint64_t due;      // ms, of the system's tick count
+        std::int32_t interval;  // ms
+        std::function<void()> handler;
+    };
+
+    bool servemessages();
+    bool runtimers();
+
+    Win32Memory memory_;
+    Win32Strings strings_;
+    std::map<TimerId, Timer> timers_;
+    TimerId lasttimer_ = 0;
+    void* wakeevent_;
+};
+
+}  // namespace keld2
