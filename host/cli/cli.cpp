@@ -1,0 +1,32 @@
+#include "host/cli/cli.h"
+
+#include <CLI/CLI.hpp>
+#include <exception>
+#include <iostream>
+
+#include "host/cli/jobcommand.h"
+#include "host/hosterror.h"
+
+namespace keld2::host {
+
+int runcli(int argc, const char* const* argv) {
+    int status = exitstatus::well;
+    CLI::App program("Command-line host of tq5keld2, the device-family plug-in of a programmer");
+    program.name("keld2");
+    program.require_subcommand(1);
+    addjobcommand(program, status);
+    try {
+        program.parse(argc, argv);
+        return status;
+    } catch (const CLI::ParseError& error) {
+        return program.exit(error) == 0 ? exitstatus::well : exitstatus::usage;
+    } catch (const HostError& error) {
+        std::cerr << "keld2: " << error.what() << '\n';
+        return error.status();
+    } catch (const std::exception& error) {
+        std::cerr << "keld2: fault of the program: " << error.what() << '\n';
+        return exitstatus::programfault;
+    }
+}
+
+}  // namespace keld2::host

@@ -1,0 +1,48 @@
+#include "host/files/files.h"
+
+#include <cerrno>
+#include <cstring>
+#include <fstream>
+#include <iterator>
+
+#include "host/hosterror.h"
+
+namespace keld2::host {
+
+namespace {
+
+[[noreturn]] void refuse(const std::filesystem::path& path, const char* what, int error) {
+    std::string message = path.string() + ": " + what;
+    if (error != 0) message += std::string(": ") + std::strerror(error);
+    throw HostError(exitstatus::nofile, message);
+}
+
+template <typename Content>
+Content readwhole(const std::filesystem::path& path) {
+    if (std::filesystem::is_directory(path)) refuse(path, "cannot be opened", EISDIR);
+    errno = 0;
+    std::ifstream in(path, std::ios::binary);
+    if (!in) refuse(path, "cannot be opened", errno);
+    Content content{std::istreambuf_iterator<char>(in), {}};
+    if (in.bad()) refuse(path, "cannot be read", errno);
+    return content;
+}
+
+}  // namespace
+
+std::vector<std::uint8_t> readbytes(const std::filesystem::path& path) {
+    return readwhole<std::vector<std::uint8_t>>(path);
+}
+
+std::string readtext(const std::filesystem::path& path) { return readwhole<std::string>(path); }
+
+void writetext(const std::filesystem::path& path, std::string_view text) {
+    errno = 0;
+    std::ofstream out(path, std::ios::binary | std::ios::trunc);
+    if (!out) refuse(path, "cannot be opened for writing", errno);
+    out.write(text.data(), static_cast<std::streamsize>(text.size()));
+    out.close();
+    if (!out) refuse(path, "cannot be written", errno);
+}
+
+}  // namespace keld2::host

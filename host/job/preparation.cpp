@@ -1,0 +1,59 @@
+#include "host/job/preparation.h"
+
+#include <algorithm>
+
+namespace keld2::host {
+
+namespace {
+
+constexpr std::string_view mainbuffer = "ibuffer";
+
+template <typename T>
+void put(SharedVariable<T>& variable, std::int64_t index, const SharedValue& value) {
+    if constexpr (std::is_same_v<T, double>)
+        variable[index] = std::get<double>(value);
+    else
+        variable[index] = static_cast<T>(std::get<std::int64_t>(value));
+}
+
+void put(SharedTexts& variable, std::int64_t index, const SharedValue& value) {
+    variable[index] = std::get<std::u16string>(value);
+}
+
+void apply(const SharedSetting& setting, SharedVariables& s) {
+    const auto fill = [&](auto* variable) {
+        std::int64_t index = 0;
+        for (const SharedValue& value : setting.values)
+            if (index < variable->size()) put(*variable, index++, value);
+    };
+    std::visit(fill, s.variable(setting.row));
+}
+
+void applyall(const Job& job, SharedVariables& s, bool buffers) {
+    for (const SharedSetting& setting : job.shared)
+        if (blocktable[setting.row].name.starts_with(mainbuffer) == buffers) apply(setting, s);
+}
+
+// Places outside the buffer are left out: a job whose buffer cannot be made has none.
+void overlay(SharedVariables& s, std::int64_t offset, const std::vector<std::uint8_t>& bytes) {
+    if (bytes.empty()) return;
+    const auto length = static_cast<std::int64_t>(bytes.size());
+    if (s.ibuffer.holds(offset, offset + length - 1))
+        std::copy(bytes.begin(), bytes.end(), s.ibuffer.data() + offset);
+}
+
+}  // namespace
+
+void prepare(const Job& job, SharedVariables& s) {
+    s.maprows(job.num, {});
+    applyall(job, s, false);
+    s.mapbuffers({});
+    const BufferPlan& plan = job.buffer;
+    std::fill_n(s.ibuffer.data(), s.ibuffer.size(), plan.fill);
+    for (const Segment& segment : plan.image)
+        overlay(s, plan.offset + segment.address, segment.bytes);
+    applyall(job, s, true);
+    for (const BufferPatch& patch : plan.patches) overlay(s, patch.offset, patch.bytes);
+}
+
+}  // namespace keld2::host

@@ -1,0 +1,89 @@
+// Whole jobs with a scripted programmer: each folder below tests/data/jobs holds job.toml and
+// replay.txt, and what has to come of them: trace.txt line by line, dump.json but for the elapsed
+// seconds, which stand there as <TIME>. Without replay.txt nothing is answered but by default.
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <nlohmann/json.hpp>
+#include <regex>
+#include <string>
+#include <vector>
+
+#include "host/files/files.h"
+#include "host/job/session.h"
+
+namespace {
+
+using namespace keld2::host;
+namespace fs = std::filesystem;
+
+std::vector<std::string> jobfolders() {
+    std::vector<std::string> names;
+    const fs::path root = KELD2_TEST_JOBS;
+    for (const auto& entry : fs::recursive_directory_iterator(root))
+        if (entry.path().filename() == "job.toml")
+            names.push_back(fs::relative(entry.path().parent_path(), root).string());
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+std::vector<std::string> lines(const fs::path& path) {
+    std::ifstream in(path);
+    std::vector<std::string> list;
+    for (std::string line; std::getline(in, line);) list.push_back(line);
+    return list;
+}
+
+nlohmann::json dumpof(const fs::path& path) {
+    static const std::regex elapsed(R"(>> \d+\.\d\dSec)");
+    auto dump = nlohmann::json::parse(std::regex_replace(readtext(path), elapsed, ">> <TIME>Sec"));
+    for (const char* name : {"ubuf1", "ibuf1", "ibuffer"}) {
+        std::string hex = dump.at(name);
+        std::transform(hex.begin(), hex.end(), hex.begin(),
+                       [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+        dump[name] = hex;
+    }
+    return dump;
+}
+
+class GoldenJob : public testing::TestWithParam<std::string> {
+  protected:
+    void SetUp() override { fs::create_directories(made_); }
+    void TearDown() override { fs::remove_all(made_); }
+
+    const fs::path folder_ = fs::path(KELD2_TEST_JOBS) / GetParam();
+    const fs::path made_ =
+        fs::path(testing::TempDir()) /
+        ("job-" + std::to_string(getpid()) + "-" + fs::path(GetParam()).filename().string());
+};
+
+TEST_P(GoldenJob, GivesTraceAndDump) {
+    const fs::path replay = folder_ / "replay.txt";
+    const int status = runsession(readjob(folder_ / "job.toml"),
+                                  {.replay = fs::exists(replay) ? replay : "/dev/null",
+                                   .trace = made_ / "trace.txt",
+                                   .dump = made_ / "dump.json"});
+
+    const auto got = lines(made_ / "trace.txt");
+    const auto expected = lines(folder_ / "trace.txt");
+    for (std::size_t i = 0; i < std::min(got.size(), expected.size()); ++i)
+        ASSERT_EQ(got[i], expected[i]) << "line " << i + 1 << " of the trace";
+    EXPECT_EQ(got.size(), expected.size()) << "lines of the trace";
+
+    const auto dump = dumpof(made_ / "dump.json");
+    EXPECT_EQ(dump, dumpof(folder_ / "dump.json"));
+    const int result = dump["prgresult"][0];
+    EXPECT_EQ(status, result <= 4 ? result : 1);
+}
+
+INSTANTIATE_TEST_SUITE_P(Jobs, GoldenJob, testing::ValuesIn(jobfolders()), [](const auto& job) {
+    std::string name = job.param;
+    std::replace_if(
+        name.begin(), name.end(), [](unsigned char c) { return std::isalnum(c) == 0; }, '_');
+    return name;
+});
+
+}  // namespace
