@@ -1,5 +1,7 @@
 #include "plugin/clskeld2.h"
 
+#include "editors/edit_figkeld2.h"
+#include "editors/usercode0.h"
 #include "platform/numbers.h"
 #include "plugin/dispatch.h"
 #include "plugin/texts/texts.h"
@@ -65,9 +67,21 @@ void ClsKELD2::runKeld2Prg(const bool&) {
     guarded([&window] { window.reset(); });
 }
 
-void ClsKELD2::editfigkeld2() {}
+void ClsKELD2::editfigkeld2() {
+    guarded([this] {
+        edit_figkeld2 window(module_.variables(), module_.helper());
+        window.load();
+        module_.platform().showform(window);
+    });
+}
 
-void ClsKELD2::usercode() {}
+void ClsKELD2::usercode() {
+    guarded([this] {
+        usercode0 window(module_.variables());
+        window.load();
+        module_.platform().showform(window);
+    });
+}
 
 void ClsKELD2::bufcomkeld2(const std::int16_t& num) {
     guarded([&] {
