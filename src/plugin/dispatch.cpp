@@ -2,6 +2,8 @@
 
 #include <array>
 
+#include "families/usbkeld2pldprg.h"
+#include "families/usbsvfprg.h"
 #include "mpu/usbkel2mpuprg.h"
 
 namespace keld2 {
@@ -50,6 +52,10 @@ std::unique_ptr<RunWindow> makewindow(Runner runner, const RunContext& run) {
     switch (runner) {
         case Runner::mpuwindow:
             return std::make_unique<usbkel2mpuprg>(run);
+        case Runner::pldwindow:
+            return std::make_unique<usbkeld2pldprg>(run);
+        case Runner::svfwindow:
+            return std::make_unique<usbsvfprg>(run);
         default:
             return nullptr;
     }
