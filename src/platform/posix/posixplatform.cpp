@@ -1,0 +1,145 @@
+#include "platform/posix/posixplatform.h"
+
+#include <algorithm>
+#include <chrono>
+#include <ctime>
+#include <fstream>
+#include <utility>
+
+#include "platform/numbers.h"
+
+namespace keld2 {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+std::int64_t milliseconds() {
+    const auto now = std::chrono::steady_clock::now().time_since_epoch();
+    return std::chrono::duration_cast<std::chrono::milliseconds>(now).count();
+}
+
+// A part that cannot lead out of its folder.
+bool plainpart(const std::u16string& part) {
+    return !part.empty() && part != u"." && part != u".." &&
+           part.find_first_of(std::u16string_view(u"/\\:\0", 4)) == std::u16string::npos;
+}
+
+std::string lowercase(std::string text) {
+    std::ranges::transform(text, text.begin(), [](unsigned char c) {
+        return static_cast<char>(c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c);
+    });
+    return text;
+}
+
+// The entry of that name; else the only one that differs in the case of its letters alone.
+std::filesystem::path entryof(const std::filesystem::path& folder, const std::string& name) {
+    std::error_code fault;
+    const std::filesystem::path exact = folder / name;
+    if (std::filesystem::exists(exact, fault)) return exact;
+    std::filesystem::path found;
+    for (const auto& entry : std::filesystem::directory_iterator(folder, fault)) {
+        if (lowercase(entry.path().filename().string()) != lowercase(name)) continue;
+        if (!found.empty()) return exact;
+        found = entry.path();
+    }
+    return found.empty() ? exact : found;
+}
+
+}  // namespace
+
+BoxAnswer safeanswer(BoxButtons buttons) {
+    switch (buttons) {
+        case BoxButtons::okcancel:
+            return BoxAnswer::cancel;
+        case BoxButtons::abortretryignore:
+            return BoxAnswer::abort;
+        default:
+            return BoxAnswer::ok;
+    }
+}
+
+PosixPlatform::PosixPlatform(PosixOptions options)
+    : options_(std::move(options)), memory_(options_.scope) {}
+
+void PosixPlatform::service() {
+    const bool events = runevents();
+    const bool timers = timers_.run(milliseconds());
+    if (!events && !timers) waitforevent();
+}
+
+bool PosixPlatform::runevents() {
+    std::deque<std::function<void()>> due;
+    {
+        const std::lock_guard lock(mutex_);
+        due.swap(events_);
+    }
+    for (const auto& event : due) event();
+    return !due.empty();
+}
+
+void PosixPlatform::waitforevent() {
+    std::unique_lock lock(mutex_);
+    woken_.wait_for(lock, 1ms, [this] { return awake_ || !events_.empty(); });
+    awake_ = false;
+}
+
+void PosixPlatform::wake() {
+    {
+        const std::lock_guard lock(mutex_);
+        awake_ = true;
+    }
+    woken_.notify_one();
+}
+
+void PosixPlatform::post(std::function<void()> event) {
+    {
+        const std::lock_guard lock(mutex_);
+        events_.push_back(std::move(event));
+    }
+    woken_.notify_one();
+}
+
+TimerId PosixPlatform::settimer(std::int32_t interval, std::function<void()> handler) {
+    return timers_.add(milliseconds(), interval, std::move(handler));
+}
+
+BoxAnswer PosixPlatform::messagebox(const Box& box) {
+    return options_.messagebox ? options_.messagebox(box) : safeanswer(box.buttons);
+}
+
+void PosixPlatform::showform(Form& form) {
+    if (options_.showform) options_.showform(form);
+}
+
+void PosixPlatform::window(std::string_view name, const WindowChange& change) {
+    if (options_.window) options_.window(name, change);
+}
+
+FileContent PosixPlatform::readfile(std::span<const std::u16string> parts) {
+    if (parts.empty() || !std::ranges::all_of(parts, plainpart))
+        return {.status = FileContent::Status::refused, .bytes = {}};
+    std::filesystem::path path = options_.folder;
+    for (const std::u16string& part : parts) path = entryof(path, utf8(part));
+    std::error_code fault;
+    if (!std::filesystem::is_regular_file(path, fault)) return {};
+    std::ifstream file(path, std::ios::binary);
+    FileContent content{.status = FileContent::Status::read, .bytes = {}};
+    const auto size = std::filesystem::file_size(path, fault);
+    if (!file || fault) return {};
+    content.bytes.resize(size);
+    file.read(reinterpret_cast<char*>(content.bytes.data()), static_cast<std::streamsize>(size));
+    return static_cast<std::uintmax_t>(file.gcount()) == size ? content : FileContent{};
+}
+
+double PosixPlatform::secondssincemidnight() {
+    const auto now = std::chrono::system_clock::now();
+    const std::time_t whole = std::chrono::system_clock::to_time_t(now);
+    const std::chrono::duration<double> fraction =
+        now - std::chrono::system_clock::from_time_t(whole);
+    std::tm local{};
+    localtime_r(&whole, &local);
+    return local.tm_hour * 3600.0 + local.tm_min * 60.0 + local.tm_sec + fraction.count();
+}
+
+}  // namespace keld2
