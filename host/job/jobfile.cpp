@@ -196,7 +196,7 @@ void readimage(const Complaint& complaint, const toml::node& node, BufferPlan& p
     const std::string key = "[buffer] file";
     const std::string name = text(complaint, key, node, "the name of an image file");
     plan.image = loadimage(complaint.path().parent_path() / name);
-    for (const Segment& segment : plan.image)
+    for (const Segment& segment : plan.image.segments)
         checkplace(complaint, key, node, plan.offset + segment.address, segment.bytes.size(), size);
 }
 

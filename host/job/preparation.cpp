@@ -50,7 +50,7 @@ void prepare(const Job& job, SharedVariables& s) {
     s.mapbuffers({});
     const BufferPlan& plan = job.buffer;
     std::fill_n(s.ibuffer.data(), s.ibuffer.size(), plan.fill);
-    for (const Segment& segment : plan.image)
+    for (const Segment& segment : plan.image.segments)
         overlay(s, plan.offset + segment.address, segment.bytes);
     applyall(job, s, true);
     for (const BufferPatch& patch : plan.patches) overlay(s, patch.offset, patch.bytes);
