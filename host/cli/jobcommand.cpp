@@ -11,7 +11,15 @@ namespace {
 struct JobArguments {
     std::string job;
     SessionOptions options;
+    std::optional<std::filesystem::path> actions, formlog;  // of the editors
 };
+
+int runjob(JobArguments& arguments) {
+    const Job job = readjob(arguments.job);
+    const auto forms = makefrontend(arguments.actions, arguments.formlog);
+    arguments.options.forms = forms.get();
+    return runsession(job, arguments.options);
+}
 
 }  // namespace
 
@@ -29,8 +37,11 @@ void addjobcommand(CLI::App& program, int& status) {
         ->delimiter(',')
         ->allow_extra_args(false);
     command->add_option("--dump", options.dump, "writes the results as JSON");
-    command->callback(
-        [arguments, &status] { status = runsession(readjob(arguments->job), arguments->options); });
+    CLI::Option* actions = command->add_option("--form", arguments->actions,
+                                               "answers the editors, one JSON action a line");
+    command->add_option("--form-log", arguments->formlog, "writes what the editors show as JSON")
+        ->needs(actions);
+    command->callback([arguments, &status] { status = runjob(*arguments); });
 }
 
 }  // namespace keld2::host

@@ -22,14 +22,14 @@ namespace {
 // The machine with the editors that the session's user sees.
 class EditorPlatform final : public PlatformDecorator {
   public:
-    EditorPlatform(Platform& inner, std::function<void(Form&)> show)
-        : PlatformDecorator(inner), show_(std::move(show)) {}
+    EditorPlatform(Platform& inner, FormFrontEnd* forms)
+        : PlatformDecorator(inner), forms_(forms) {}
     void showform(Form& form) override {
-        if (show_) show_(form);
+        if (forms_ != nullptr) forms_->show(form);
     }
 
   private:
-    std::function<void(Form&)> show_;
+    FormFrontEnd* forms_;
 };
 
 class ReplaySession {
@@ -43,7 +43,7 @@ class ReplaySession {
           virtual_(
               machine_,
               {.replay = replay_, .time = time_, .guard = guard_, .trace = trace_, .s = host_}),
-          editors_(virtual_, options.showform),
+          editors_(virtual_, options.forms),
           platform_(editors_, trace_, host_) {
         if (options.trace) trace_.open(*options.trace);
         trace_.leaveout(options.tracewithout);
@@ -73,6 +73,7 @@ class ReplaySession {
         for (const JobCall& call : job_.calls) {
             if (guard_.abandoned()) return;
             carryout(call, plugin);
+            if (options_.forms != nullptr) options_.forms->check();
         }
     }
 

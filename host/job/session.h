@@ -2,13 +2,12 @@
 #pragma once
 
 #include <filesystem>
-#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "host/forms/formfrontend.h"
 #include "host/job/jobfile.h"
-#include "platform/platform.h"
 
 namespace keld2::host {
 
@@ -18,8 +17,8 @@ struct SessionOptions {
     std::optional<std::filesystem::path> trace;
     std::vector<std::string> tracewithout;  // names of lines that are left out
     std::optional<std::filesystem::path> dump;
-    // Shows an editor, modal; empty: editors are cancelled.
-    std::function<void(Form&)> showform;
+    // Shows editors; nullptr: they are cancelled.
+    FormFrontEnd* forms = nullptr;
 };
 
 // Runs the job to its end and answers the exit status that its result stands for. Throws HostError
