@@ -16,7 +16,7 @@ namespace {
 using nlohmann::json;
 using Kind = FormAction::Kind;
 
-constexpr std::int64_t mostnumber = 65535;
+constexpr std::uint64_t mostnumber = 2147483647;
 
 // An action's name and what stands behind it.
 struct ActionRow {
@@ -47,7 +47,8 @@ struct Complaint {
 
 std::int64_t number(const json& value, const ActionRow& row) {
     const bool fits = value.is_number_unsigned() && value.get<std::uint64_t>() <= mostnumber;
-    if (!fits) throw Complaint{value.dump() + " is no whole number from 0 to 65535", row.expected};
+    if (!fits)
+        throw Complaint{value.dump() + " is no whole number from 0 to 2147483647", row.expected};
     return value.get<std::int64_t>();
 }
 

@@ -13,7 +13,8 @@ using nlohmann::ordered_json;
 using Kind = FormAction::Kind;
 
 std::string_view nameof(ControlKind kind) {
-    constexpr std::string_view names[]{"frame", "label", "combo", "text box", "option", "button"};
+    constexpr std::string_view names[]{"a frame",    "a label",   "a combo",
+                                       "a text box", "an option", "a button"};
     return names[static_cast<std::size_t>(kind)];
 }
 
@@ -117,8 +118,8 @@ const Control& ScriptedForms::wanted(const Form& form, const FormAction& action,
     const std::string kindname(nameof(kind));
     refuse(action,
            action.control + (found == nullptr ? " is no control of " + form.name()
-                                              : " is a " + std::string(nameof(found->kind))),
-           names.empty() ? "a window with a " + kindname : "a " + kindname + ": " + names);
+                                              : " is " + std::string(nameof(found->kind))),
+           names.empty() ? "a window with " + kindname : kindname + ": " + names);
 }
 
 void ScriptedForms::checkindex(const Control& combo, const FormAction& action) const {
