@@ -3,25 +3,14 @@
 
 #include <cstdint>
 #include <filesystem>
-#include <optional>
 #include <string>
-#include <variant>
 #include <vector>
 
 #include "host/files/imagefile.h"
 #include "host/job/jobcall.h"
+#include "host/job/sharedsettings.h"
 
 namespace keld2::host {
-
-// A value that fits its shared variable: i64 for byte, i16, i32 and flag (0 or -1), double for
-// f64, text for string.
-using SharedValue = std::variant<std::int64_t, double, std::u16string>;
-
-// Values of one shared variable, element 0 first.
-struct SharedSetting {
-    std::size_t row = 0;  // index into blocktable
-    std::vector<SharedValue> values;
-};
 
 struct BufferPatch {
     std::int64_t offset = 0;

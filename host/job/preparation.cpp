@@ -8,27 +8,6 @@ namespace {
 
 constexpr std::string_view mainbuffer = "ibuffer";
 
-template <typename T>
-void put(SharedVariable<T>& variable, std::int64_t index, const SharedValue& value) {
-    if constexpr (std::is_same_v<T, double>)
-        variable[index] = std::get<double>(value);
-    else
-        variable[index] = static_cast<T>(std::get<std::int64_t>(value));
-}
-
-void put(SharedTexts& variable, std::int64_t index, const SharedValue& value) {
-    variable[index] = std::get<std::u16string>(value);
-}
-
-void apply(const SharedSetting& setting, SharedVariables& s) {
-    const auto fill = [&](auto* variable) {
-        std::int64_t index = 0;
-        for (const SharedValue& value : setting.values)
-            if (index < variable->size()) put(*variable, index++, value);
-    };
-    std::visit(fill, s.variable(setting.row));
-}
-
 void applyall(const Job& job, SharedVariables& s, bool buffers) {
     for (const SharedSetting& setting : job.shared)
         if (blocktable[setting.row].name.starts_with(mainbuffer) == buffers) apply(setting, s);
