@@ -57,8 +57,8 @@ enum class BoxAnswer { ok, cancel, abort, retry, ignore };
 struct Box {
     BoxButtons buttons = BoxButtons::ok;
     BoxIcon icon = BoxIcon::none;
-    std::u16string title;
-    std::u16string text;
+    std::u16string title = {};
+    std::u16string text = {};
 };
 
 // One change of a run window. Nothing makes the window visible by itself: a host may show it.

@@ -96,7 +96,8 @@ MemoryHandle PosixMemory::open(const std::string& name) {
 MemoryHandle PosixMemory::create(const std::string& name, std::int32_t size) {
     if (size <= 0) return 0;
     const std::string object = objectname(name);
-    const std::string own = object + ".new" + std::to_string(getpid());
+    const std::string own = object + ".new" + std::to_string(getpid()) + "-" +
+                            std::to_string(reinterpret_cast<std::uintptr_t>(this));
     for (;;) {
         Descriptor fd(opened(own, O_CREAT | O_TRUNC));
         if (!fd.opened()) return 0;

@@ -58,6 +58,7 @@ class PosixPlatform : public Platform {
     std::condition_variable woken_;
     std::deque<std::function<void()>> events_;
     bool awake_ = false;
+    int idle_ = 0;  // services in a row that had nothing to do
 };
 
 }  // namespace keld2

@@ -1,0 +1,138 @@
+#include "shared/sharedvariables.h"
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <set>
+
+#include "platform/posix/posixmemory.h"
+#include "platform/posix/posixstrings.h"
+
+namespace keld2 {
+namespace {
+
+class Blocks : public testing::Test {
+  protected:
+    PosixMemory memory_{"keld2-shared-" + std::to_string(getpid()) + "-"};
+    PosixStrings strings_;
+    SharedVariables plugin_{memory_, strings_};
+    int failures_ = 0;
+
+    void map(SharedVariables& s, std::int16_t num) {
+        s.map(num, [this] { ++failures_; });
+    }
+};
+
+std::int64_t sizeofvariable(AnyVariable variable) {
+    return std::visit(
+        [](auto* v) {
+            return v->SharedArray<std::remove_reference_t<decltype(*v->data())>>::size();
+        },
+        variable);
+}
+
+TEST_F(Blocks, EveryRowHasItsVariableItsBlockAndItsCount) {
+    map(plugin_, 12);
+    EXPECT_EQ(failures_, 0);
+    std::set<const void*> places;
+    for (std::size_t i = 0; i < blocktable.size(); ++i) {
+        const BlockRow& row = blocktable[i];
+        const AnyVariable variable = plugin_.variable(i);
+        EXPECT_EQ(row.name, std::visit([](auto* v) { return v->name(); }, variable));
+        EXPECT_EQ(sizeofvariable(variable), row.count != 0 ? row.count : bufferextra) << row.name;
+        places.insert(
+            std::visit([](auto* v) { return static_cast<const void*>(v->data()); }, variable));
+        const bool numbered = i + 2 < blocktable.size();
+        const MemoryHandle handle =
+            memory_.open("quelta" + std::string(row.name) + (numbered ? "12" : ""));
+        EXPECT_NE(handle, 0) << row.name;
+        memory_.close(handle);
+    }
+    EXPECT_EQ(places.size(), blocktable.size());
+}
+
+TEST_F(Blocks, TheHostsBlockWinsAndTheViewKeepsItsCount) {
+    clsMemMapped host(memory_);
+    ASSERT_TRUE(host.OpenAndMapMemoryBlock("queltabvcc7", 4000));
+    reinterpret_cast<std::int16_t*>(host.BaseAddress())[3] = 330;
+    map(plugin_, 7);
+    EXPECT_EQ(plugin_.bvcc[3], 330);
+    EXPECT_THROW(plugin_.bvcc[4], RunFault);
+    EXPECT_THROW(plugin_.bvcc[-1], RunFault);
+}
+
+TEST_F(Blocks, TheBufferFollowsBuflength) {
+    SharedVariables host(memory_, strings_);
+    host.maprows(0, nullptr);
+    host.buflength[0] = 4112;
+    map(plugin_, 0);
+    EXPECT_EQ(plugin_.ibuffer.size(), 4112 + 2200);
+    plugin_.releasebuffers();
+    EXPECT_EQ(plugin_.ibuffer.size(), 1);
+    EXPECT_EQ(plugin_.buflength[0], 4112);  // all others stay
+    host.buflength[0] = 100;
+    map(plugin_, 0);
+    EXPECT_EQ(plugin_.ibuffer.size(), 2300);
+}
+
+TEST_F(Blocks, AnImpossibleBufferIsReportedOnceAndLeavesOneElement) {
+    SharedVariables host(memory_, strings_);
+    host.maprows(0, nullptr);
+    host.buflength[0] = -3000;
+    map(plugin_, 0);
+    EXPECT_EQ(failures_, 1);
+    EXPECT_EQ(plugin_.ibuffer.size(), 1);
+    EXPECT_EQ(plugin_.ibuffer66.size(), 15);
+}
+
+TEST_F(Blocks, TextsGoFromHostToPluginAndBack) {
+    SharedVariables host(memory_, strings_);
+    map(host, 0);
+    map(plugin_, 0);
+    host.prgnote[2] = u" OK";
+    plugin_.MainRtstr[0] = u"a";
+    plugin_.MainRtstr[0] += plugin_.prgnote[2].text();
+    EXPECT_EQ(host.MainRtstr[0].text(), u"a OK");
+    EXPECT_EQ(strings_.living(), 2u);  // the text before was freed
+    EXPECT_EQ(plugin_.MainmnuPrg.textorempty(20), u"");
+    static_cast<SharedArray<StringHandle>&>(host.prgnote)[5] = 77;  // no text of the allocator
+    EXPECT_THROW(plugin_.prgnote[5].text(), RunFault);
+}
+
+TEST_F(Blocks, FindnumIsTheFirstInstanceWithoutBlocks) {
+    SharedVariables other(memory_, strings_);
+    map(plugin_, 0);
+    map(other, 1);
+    clsMemMapped finder(memory_);
+    EXPECT_EQ(finder.findnum(), 2);
+}
+
+TEST_F(Blocks, AViewGivesBackWhatItTookOver) {
+    SharedArray<std::int32_t> array("array");
+    std::int32_t elsewhere[3] = {7, 8, 9};
+    array[0] = 5;
+    {
+        clsSafeArray<std::int32_t> view;
+        view.AttachToArray(array);
+        view.PointerToData() = elsewhere;
+        view.CountOfElements(1) = 3;
+        EXPECT_EQ(array[2], 9);
+    }
+    EXPECT_EQ(array.size(), 1);
+    EXPECT_EQ(array[0], 5);
+}
+
+TEST_F(Blocks, AMappingObjectCanBeUsedAgain) {
+    clsMemMapped block(memory_);
+    EXPECT_FALSE(block.UnMapFile());
+    ASSERT_TRUE(block.OpenAndMapMemoryBlock("one", 40));
+    ASSERT_TRUE(block.OpenAndMapMemoryBlock("two", 80));
+    EXPECT_EQ(block.MappedFile(), "two");
+    EXPECT_EQ(block.MappedSize(), 80);
+    EXPECT_EQ(memory_.open("one"), 0);
+    EXPECT_TRUE(block.UnMapFile());
+    EXPECT_EQ(block.BaseAddress(), nullptr);
+}
+
+}  // namespace
+}  // namespace keld2
