@@ -1,0 +1,25 @@
+# What cmake --install lays down: the library with its headers and package config, the host and
+# the device catalogue.
+include(CMakePackageConfigHelpers)
+
+install(TARGETS tq5keld2 EXPORT tq5keld2Targets
+  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+  INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/tq5keld2)
+foreach(room external platform platform/posix shared plugin plugin/texts)
+  file(GLOB headers CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/src/${room}/*.h)
+  install(FILES ${headers} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/tq5keld2/${room})
+endforeach()
+
+set(package ${CMAKE_INSTALL_LIBDIR}/cmake/tq5keld2)
+install(EXPORT tq5keld2Targets NAMESPACE tq5keld2:: DESTINATION ${package})
+configure_package_config_file(${CMAKE_SOURCE_DIR}/cmake/tq5keld2Config.cmake.in
+  ${CMAKE_BINARY_DIR}/tq5keld2Config.cmake INSTALL_DESTINATION ${package})
+write_basic_package_version_file(${CMAKE_BINARY_DIR}/tq5keld2ConfigVersion.cmake
+  COMPATIBILITY SameMinorVersion)
+install(FILES ${CMAKE_BINARY_DIR}/tq5keld2Config.cmake ${CMAKE_BINARY_DIR}/tq5keld2ConfigVersion.cmake
+  DESTINATION ${package})
+
+file(GLOB devices CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/devices/*.toml)
+install(FILES ${devices} DESTINATION ${CMAKE_INSTALL_DATADIR}/tq5keld2/devices)
+install(FILES ${CMAKE_SOURCE_DIR}/README.md ${CMAKE_SOURCE_DIR}/LICENSE
+  DESTINATION ${CMAKE_INSTALL_DOCDIR})

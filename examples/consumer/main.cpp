@@ -1,0 +1,95 @@
+// Attaches a programmer of one's own to the installed plug-in: every call is printed, and a chip
+// id is read from it.
+#include <cstdio>
+#include <memory>
+
+#include "platform/numbers.h"
+#include "platform/posix/posixplatform.h"
+#include "plugin/clskeld2.h"
+
+namespace {
+
+// A programmer that prints what it is asked to do. A real one would talk to its hardware here.
+class PrintingDevCore final : public keld2::DevCore {
+  public:
+    void setvcc(std::int32_t mv) override { std::printf("VCC %d mV\n", mv); }
+    void setvpp(std::int32_t mv, std::uint8_t channel) override {
+        std::printf("VPP%d %d mV\n", channel, mv);
+    }
+    void setgndpin(std::uint8_t pin, std::uint8_t on) override {
+        std::printf("ground pin %d: %d\n", pin, on);
+    }
+    void setvccpin(std::uint8_t pin, std::uint8_t on) override {
+        std::printf("VCC pin %d: %d\n", pin, on);
+    }
+    void setvpppin(std::uint8_t pin, std::uint8_t on) override {
+        std::printf("VPP pin %d: %d\n", pin, on);
+    }
+    void drivercommit() override {}
+    void powerdown() override { std::puts("power down"); }
+    void signalpass(std::uint8_t) override { std::puts("pass"); }
+    void signalfail(std::uint8_t) override { std::puts("fail"); }
+    int readycheck() override { return 0; }
+    void readyfail() override {}
+    int modeselect(std::uint8_t) override { return 0; }
+    int modeselect2(std::uint8_t, int) override { return 0; }
+    int modeselect3(std::uint8_t, int) override { return 0; }
+    int armready() override { return 0; }
+    void regwrite(std::int32_t, std::uint8_t) override {}
+    void qregwrite(std::int32_t, std::uint8_t) override {}
+    std::uint8_t regread(std::uint8_t) override { return idbytes[next++ % 3]; }
+    void qregread(std::uint8_t) override {}
+    void waitshort(std::int32_t) override {}
+    void qwaitshort(std::int32_t) override {}
+    void waitlong(std::int32_t) override {}
+    void qwaitlong(std::int32_t) override {}
+    void qrun() override {}
+    void buswrite(std::int32_t, std::uint8_t, std::uint8_t) override {}
+    void qbuswrite(std::int32_t, std::uint8_t, std::uint8_t) override {}
+    void busconfig(std::int32_t, std::uint8_t, std::uint8_t) override {}
+    void qbusconfig(std::int32_t, std::uint8_t, std::uint8_t) override {}
+    int checkbyte(std::int16_t, std::int32_t, int) override { return 0; }
+    int checkword(std::uint8_t, std::uint8_t, std::int32_t, int, int) override { return 0; }
+    bool transferwait(std::uint8_t) override { return false; }
+    void loadalgobuf(std::int32_t&) override {}
+
+  private:
+    static constexpr std::uint8_t idbytes[3] = {0x1E, 0x93, 0x07};
+    int next = 0;
+};
+
+class NoTransport final : public keld2::UsbTransport {
+  public:
+    int usbcomwrite(std::span<const std::uint8_t>) override { return 0; }
+    void usbbulkread(std::span<std::uint8_t>, std::uint8_t* result) override {
+        *result = static_cast<std::uint8_t>(keld2::BulkState::failed);
+    }
+    int usbbulkwrite(std::span<const std::uint8_t>) override { return 1; }
+};
+
+}  // namespace
+
+int main() {
+    keld2::PosixPlatform platform({.scope = "keld2-consumer-"});
+    keld2::Module module(
+        platform,
+        {.devcore = [](keld2::SharedVariables&) { return std::make_unique<PrintingDevCore>(); },
+         .transport = [](keld2::SharedVariables&) { return std::make_unique<NoTransport>(); }});
+    keld2::ClsKELD2 plugin(module);
+    plugin.bufcomkeld2(0);
+    keld2::SharedVariables& s = module.variables();
+    s.prgmode[0] = 21;
+    s.bvcc[0] = 500;
+    s.bvccpin[0] = 40;
+    s.bgndpin[0] = 20;
+    s.prgresult[1] = 1;  // start the chip and read its id, but carry out no operation
+    s.chipidtestmode[0] = keld2::Flag::yes;
+    s.compid[0] = 0x1E;
+    s.typeid_[0] = 0x93;
+    s.prgnote[9] = u"maker ";
+    s.prgnote[10] = u"device ";
+    plugin.runKeld2Prg(false);
+    const std::u16string log = s.MainRtstr[0];
+    std::fputs(keld2::utf8(log).c_str(), stdout);
+    return s.prgresult[0] == 0 && log.find(u"1E   device 9307") != std::u16string::npos ? 0 : 1;
+}
