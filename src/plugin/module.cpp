@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "arm/context.h"
+
 namespace keld2 {
 
 Module::Module(Platform& platform, External external)
@@ -21,6 +23,11 @@ UsbTransport& Module::transport() {
     if (!transport_ && external_.transport) transport_ = external_.transport(variables_);
     if (!transport_) throw ComponentMissing("tq8io");
     return *transport_;
+}
+
+std::span<std::uint8_t> Module::armreadback() {
+    if (armreadback_.empty()) armreadback_.resize(armreadbacksize);
+    return armreadback_;
 }
 
 TextHelper& Module::helper() {

@@ -8,16 +8,6 @@ std::u16string owntext(SharedVariables& s, TextId id) {
     return std::u16string(text(id, s.Language[0]));
 }
 
-std::u16string headline(SharedVariables& s, std::u16string_view what) {
-    return s.prgnote[0].text().append(what).append(s.prgnote[1].text());
-}
-
-void appendlog(SharedVariables& s, std::u16string_view text) { s.MainRtstr[0] += text; }
-
-void appendheadline(SharedVariables& s, std::u16string_view what) {
-    appendlog(s, u">>" + headline(s, what) + u"\n");
-}
-
 void restartlonglog(SharedVariables& s) {
     if (s.MainRtstr[0].length() > loglimit) s.MainRtstr[0] = u"";
 }
@@ -39,16 +29,6 @@ void appendresult(SharedVariables& s, std::int16_t op) {
         default:
             return;
     }
-}
-
-void replacelogbyreport(SharedVariables& s, std::int64_t headindex) {
-    s.MainRtstr[0] =
-        s.prgnote[5].text() + u"\n" + s.prgnote[headindex].text() + u"\n" + s.MainRtstr[1].text();
-    s.MainRtstr[1] = u"";
-}
-
-std::int32_t marginvcc(SharedVariables& s, int sign) {
-    return roundint32((1 + sign * (0.05 * s.wlverifyvcc[0])) * s.bvcc[0]);
 }
 
 void writepercent(SharedVariables& s, std::int32_t a) {

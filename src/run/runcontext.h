@@ -5,6 +5,7 @@
 #include "external/devcore.h"
 #include "external/usbtransport.h"
 #include "platform/platform.h"
+#include "shared/notes.h"
 #include "shared/sharedvariables.h"
 
 namespace keld2 {
@@ -16,14 +17,6 @@ struct RunContext {
     UsbTransport& usb;
     TextHelper& helper;
 };
-
-// Values of prgresult[0].
-namespace result {
-inline constexpr std::uint8_t well = 0;
-inline constexpr std::uint8_t failed = 1;
-inline constexpr std::uint8_t stopped = 2;
-inline constexpr std::uint8_t timedout = 3;
-}  // namespace result
 
 // Operation numbers: indices into MainmnuPrg.
 namespace operation {

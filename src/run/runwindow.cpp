@@ -9,7 +9,6 @@ namespace {
 
 constexpr int growth = 300;        // twips, brings the Stop button into view
 constexpr int sequencesteps = 11;  // as many as autoprg holds
-constexpr double secondsperday = 86400;
 
 }  // namespace
 
@@ -74,9 +73,7 @@ bool RunWindow::asktogoon() {
 }
 
 void RunWindow::finish(double start) {
-    double elapsed = platform().secondssincemidnight() - start;
-    if (elapsed < 0) elapsed += secondsperday;
-    appendlog(s(), u">> " + secondstext(elapsed) + u"Sec\n");
+    appendelapsed(s(), platform(), start);
     if (s().prgresult.acquire(0) != result::well)
         devcore().signalfail(0);
     else
@@ -124,7 +121,7 @@ void RunWindow::prgnote1(std::uint8_t stage) {
     if (stage != 0) {
         const std::int32_t v = marginvcc(s(), stage == 1 ? 1 : -1);
         devcore().setvcc(checkedint32(std::int64_t{v} * 10));
-        note = u"(VCC:" + numbertext(v / 100.0) + u"V) ";
+        note = vccnote(v);
     }
     if (stage != 2) shrink();
     devcore().waitshort(100);
