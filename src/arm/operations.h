@@ -5,9 +5,10 @@
 // its first frame.
 #pragma once
 
-#include <string_view>
+#include <string>
 
 #include "arm/profile.h"
+#include "plugin/texts/texts.h"
 
 namespace keld2 {
 

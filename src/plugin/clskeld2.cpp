@@ -1,5 +1,6 @@
 #include "plugin/clskeld2.h"
 
+#include "arm/armrun.h"
 #include "editors/edit_figkeld2.h"
 #include "editors/usercode0.h"
 #include "platform/numbers.h"
@@ -50,6 +51,10 @@ void ClsKELD2::runKeld2Prg(const bool&) {
     SharedVariables& s = module_.variables();
     const Runner runner = runnerfor(s.modeltype[0], s.selmode[0], s.prgmode[0]);
     if (runner == Runner::none) return;
+    if (const ArmProfile* profile = armprofile(runner)) {
+        guarded([&] { runarm(*profile); });
+        return;
+    }
     std::unique_ptr<RunWindow> window;
     const bool ended = guarded([&] {
         window = makewindow(runner, {.s = s,
@@ -65,6 +70,16 @@ void ClsKELD2::runKeld2Prg(const bool&) {
     if (!ended && window != nullptr && window->hardwarestarted())
         guarded([this] { module_.devcore().powerdown(); });
     guarded([&window] { window.reset(); });
+}
+
+void ClsKELD2::runarm(const ArmProfile& profile) {
+    armrun({.s = module_.variables(),
+            .platform = module_.platform(),
+            .devcore = module_.devcore(),
+            .usb = module_.transport(),
+            .helper = module_.helper(),
+            .readback = module_.armreadback()},
+           profile);
 }
 
 void ClsKELD2::editfigkeld2() {

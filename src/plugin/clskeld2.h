@@ -10,6 +10,8 @@
 
 namespace keld2 {
 
+struct ArmProfile;
+
 class ClsKELD2 {
   public:
     // module must outlive the class. The class keeps no state of its own.
@@ -34,6 +36,7 @@ class ClsKELD2 {
     // Runs work; a fault leaves 1 in prgresult[0], a missing component 3 and a box that names it.
     template <typename Work>
     bool guarded(Work work);
+    void runarm(const ArmProfile& profile);
     void reportmissing(const ComponentMissing& component);
     void reportunserved();
 

@@ -48,6 +48,17 @@ Runner runnerfor(std::int16_t modeltype, std::uint8_t selmode, std::uint8_t prgm
     return Runner::none;
 }
 
+const ArmProfile* armprofile(Runner runner) {
+    switch (runner) {
+        case Runner::armfamilya:
+            return &arm_prg;
+        case Runner::armfamilyb:
+            return &arm_prg_32f;
+        default:
+            return nullptr;
+    }
+}
+
 std::unique_ptr<RunWindow> makewindow(Runner runner, const RunContext& run) {
     switch (runner) {
         case Runner::mpuwindow:

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <memory>
 
+#include "arm/profile.h"
 #include "run/runwindow.h"
 
 namespace keld2 {
@@ -19,6 +20,9 @@ enum class Runner {
 
 // By modeltype[0], selmode[0] and the family byte prgmode[0]; the first rule that matches wins.
 Runner runnerfor(std::int16_t modeltype, std::uint8_t selmode, std::uint8_t prgmode);
+
+// The profile of a runner that is a family of ARM devices, else nullptr.
+const ArmProfile* armprofile(Runner runner);
 
 // A fresh window of a runner; nullptr when this build has none for it.
 std::unique_ptr<RunWindow> makewindow(Runner runner, const RunContext& run);
