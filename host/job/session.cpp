@@ -7,9 +7,8 @@
 #include "host/job/dump.h"
 #include "host/job/preparation.h"
 #include "host/machine/localmachine.h"
-#include "host/replay/replaydevice.h"
-#include "host/replay/virtualplatform.h"
-#include "host/trace/tracelog.h"
+#include "host/record/recordingprogrammer.h"
+#include "host/replay/replayprogrammer.h"
 #include "host/trace/tracingdevcore.h"
 #include "host/trace/tracingplatform.h"
 #include "host/trace/tracingtransport.h"
@@ -27,91 +26,102 @@ class EditorPlatform final : public PlatformDecorator {
     void showform(Form& form) override {
         if (forms_ != nullptr) forms_->show(form);
     }
+    // Throws HostError when an editor could not be used as asked.
+    void check() const {
+        if (forms_ != nullptr) forms_->check();
+    }
 
   private:
     FormFrontEnd* forms_;
 };
 
-class ReplaySession {
+class Session {
   public:
-    ReplaySession(const Job& job, const SessionOptions& options)
+    Session(const Job& job, const ProgrammerFactory& makeprogrammer, const SessionOutput& output,
+            FormFrontEnd* forms)
         : job_(job),
-          options_(options),
-          replay_(readreplay(*options.replay, job.path.parent_path())),
+          output_(output),
           machine_(job.folder),
           host_(machine_.memory(), machine_.strings()),
-          virtual_(
-              machine_,
-              {.replay = replay_, .time = time_, .guard = guard_, .trace = trace_, .s = host_}),
-          editors_(virtual_, options.forms),
-          platform_(editors_, trace_, host_) {
-        if (options.trace) trace_.open(*options.trace);
-        trace_.leaveout(options.tracewithout);
-        trace_.watch(
-            [this](std::string_view name, std::string_view rest) { guard_.effect(name, rest); });
+          programmer_(makeprogrammer(
+              {.job = job_.path, .machine = machine_, .trace = trace_, .host = host_})),
+          recording_(programmer_->platform(), recorder_, trace_, host_),
+          editors_(recording_, forms),
+          tracing_(editors_, trace_, host_) {
+        if (output.trace) trace_.open(*output.trace);
+        trace_.leaveout(output.tracewithout);
+        for (const auto& path : {output.record, output.dump})
+            if (path) writetext(*path, "");  // what cannot be written is found before the run
     }
 
     int run() {
-        if (options_.dump) writetext(*options_.dump, "");
         prepare(job_, host_);
         makecalls();
         trace_.flush();
-        if (options_.dump) writetext(*options_.dump, dumptext(host_));
-        if (guard_.abandoned())
-            throw HostError(exitstatus::data, job_.path.string() +
-                                                  ": the run is abandoned: " + guard_.wait() +
-                                                  " goes on without end, expected an answer that "
-                                                  "ends it");
-        return statusof(host_.prgresult[0]);
+        if (output_.record) writetext(*output_.record, recorder_.text());
+        if (output_.dump) writetext(*output_.dump, dumptext(host_));
+        programmer_->finish();
+        const std::uint8_t result = host_.prgresult[0];
+        return result <= exitstatus::badalgorithm ? result : exitstatus::failed;
     }
 
   private:
     void makecalls() {
-        Module module(platform_, external());
+        Module module(platform(), external());
         ClsKELD2 plugin(module);
         plugin.bufcomkeld2(job_.num);
         for (const JobCall& call : job_.calls) {
-            if (guard_.abandoned()) return;
+            if (!programmer_->usable()) return;
             carryout(call, plugin);
-            if (options_.forms != nullptr) options_.forms->check();
+            editors_.check();
         }
     }
 
+    Platform& platform() { return tracing_; }
+
     External external() {
-        return {.devcore = [this](SharedVariables& s) -> std::unique_ptr<DevCore> {
-                    return std::make_unique<TracingDevCore>(
-                        std::make_unique<ReplayDevCore>(replay_, time_, s), trace_, s);
-                },
-                .transport = [this](SharedVariables& s) -> std::unique_ptr<UsbTransport> {
-                    return std::make_unique<TracingTransport>(
-                        std::make_unique<ReplayTransport>(replay_), trace_, s);
-                },
+        return {.devcore = [this](SharedVariables& s) { return makedevcore(s); },
+                .transport = [this](SharedVariables& s) { return maketransport(s); },
                 .helper = {}};
     }
 
-    static int statusof(std::uint8_t result) {
-        return result <= exitstatus::badalgorithm ? result : exitstatus::failed;
+    std::unique_ptr<DevCore> makedevcore(SharedVariables& s) {
+        std::unique_ptr<DevCore> device = programmer_->devcore(s);
+        if (output_.record)
+            device = std::make_unique<RecordingDevCore>(std::move(device), recorder_, s);
+        return std::make_unique<TracingDevCore>(std::move(device), trace_, s);
+    }
+
+    std::unique_ptr<UsbTransport> maketransport(SharedVariables& s) {
+        std::unique_ptr<UsbTransport> transport = programmer_->transport(s);
+        if (output_.record)
+            transport = std::make_unique<RecordingTransport>(std::move(transport), recorder_);
+        return std::make_unique<TracingTransport>(std::move(transport), trace_, s);
     }
 
     const Job& job_;
-    const SessionOptions& options_;
-    Replay replay_;
-    VirtualTime time_;
-    WaitGuard guard_;
+    const SessionOutput& output_;
     TraceLog trace_;
+    Recorder recorder_;
     LocalMachine machine_;
     SharedVariables host_;
-    VirtualPlatform virtual_;
+    std::unique_ptr<SessionProgrammer> programmer_;
+    RecordingPlatform recording_;
     EditorPlatform editors_;
-    TracingPlatform platform_;
+    TracingPlatform tracing_;
 };
 
 }  // namespace
 
-int runsession(const Job& job, const SessionOptions& options) {
-    if (options.replay) return ReplaySession(job, options).run();
-    throw HostError(exitstatus::programfault,
-                    "this build has no simulated programmer, expected --replay FILE");
+int runsession(const Job& job, const ProgrammerFactory& makeprogrammer, const SessionOutput& output,
+               FormFrontEnd* forms) {
+    return Session(job, makeprogrammer, output, showform).run();
+}
+
+ProgrammerFactory replayed(std::filesystem::path replay) {
+    return [replay = std::move(replay)](const ProgrammerSetting& setting) {
+        return std::make_unique<ReplayProgrammer>(replay, setting);
+    };
 }
 
 }  // namespace keld2::host

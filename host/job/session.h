@@ -8,21 +8,26 @@
 
 #include "host/forms/formfrontend.h"
 #include "host/job/jobfile.h"
+#include "host/programmer/sessionprogrammer.h"
 
 namespace keld2::host {
 
-struct SessionOptions {
-    std::optional<std::filesystem::path> replay;  // without it: the simulated programmer
+// What a session writes and leaves out. No path: nothing is written.
+struct SessionOutput {
     std::optional<std::filesystem::path> record;
     std::optional<std::filesystem::path> trace;
-    std::vector<std::string> tracewithout;  // names of lines that are left out
+    std::vector<std::string> tracewithout = {};  // names of lines that are left out
     std::optional<std::filesystem::path> dump;
-    // Shows editors; nullptr: they are cancelled.
-    FormFrontEnd* forms = nullptr;
 };
 
-// Runs the job to its end and answers the exit status that its result stands for. Throws HostError
-// when a file cannot be used, and (exit 65) when the run waits for something that never comes.
-int runsession(const Job& job, const SessionOptions& options);
+// Runs the job to its end on the programmer that makeprogrammer gives, and answers the exit status
+// that its result stands for. Throws HostError when a file cannot be used, and (exit 65) when the
+// run waits for something that never comes; trace, record and dump are written all the same.
+// forms shows the editors; nullptr: they are cancelled.
+int runsession(const Job& job, const ProgrammerFactory& makeprogrammer, const SessionOutput& output,
+               FormFrontEnd* forms = nullptr);
+
+// A programmer that answers from a replay file.
+ProgrammerFactory replayed(std::filesystem::path replay);
 
 }  // namespace keld2::host

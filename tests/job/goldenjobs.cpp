@@ -63,7 +63,8 @@ class GoldenJob : public testing::TestWithParam<std::string> {
 TEST_P(GoldenJob, GivesTraceAndDump) {
     const fs::path replay = folder_ / "replay.txt";
     const int status = runsession(readjob(folder_ / "job.toml"),
-                                  {.replay = fs::exists(replay) ? replay : "/dev/null",
+                                  replayed(fs::exists(replay) ? replay : fs::path("/dev/null")),
+                                  {.record = made_ / "record.txt",
                                    .trace = made_ / "trace.txt",
                                    .dump = made_ / "dump.json"});
 
