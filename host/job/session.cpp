@@ -1,22 +1,32 @@
 #include "host/job/session.h"
 
+#include <unistd.h>
+
 #include <memory>
+#include <sstream>
 
 #include "host/files/files.h"
 #include "host/hosterror.h"
 #include "host/job/dump.h"
 #include "host/job/preparation.h"
-#include "host/machine/localmachine.h"
 #include "host/record/recordingprogrammer.h"
 #include "host/replay/replayprogrammer.h"
 #include "host/trace/tracingdevcore.h"
 #include "host/trace/tracingplatform.h"
 #include "host/trace/tracingtransport.h"
+#include "platform/posix/posixplatform.h"
 #include "plugin/clskeld2.h"
 
 namespace keld2::host {
 
 namespace {
+
+// Names of memory that no other session has, in this process or another.
+std::string scopeof(const void* session) {
+    std::ostringstream scope;
+    scope << "keld2-" << getpid() << "-" << session << "-";
+    return scope.str();
+}
 
 // The machine with the editors that the session's user sees.
 class EditorPlatform final : public PlatformDecorator {
@@ -41,7 +51,7 @@ class Session {
             FormFrontEnd* forms)
         : job_(job),
           output_(output),
-          machine_(job.folder),
+          machine_({.scope = scopeof(this), .folder = job.folder}),
           host_(machine_.memory(), machine_.strings()),
           programmer_(makeprogrammer(
               {.job = job_.path, .machine = machine_, .trace = trace_, .host = host_})),
@@ -103,7 +113,7 @@ class Session {
     const SessionOutput& output_;
     TraceLog trace_;
     Recorder recorder_;
-    LocalMachine machine_;
+    PosixPlatform machine_;
     SharedVariables host_;
     std::unique_ptr<SessionProgrammer> programmer_;
     RecordingPlatform recording_;

@@ -1,7 +1,7 @@
 #include "host/replay/virtualplatform.h"
 
-#include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "host/text/boxtext.h"
 
@@ -9,8 +9,7 @@ namespace keld2::host {
 
 namespace {
 
-constexpr std::int64_t millisecond = 1000;  // microseconds
-constexpr double noon = 43200;              // seconds
+constexpr double noon = 43200;  // seconds
 constexpr double day = 86400;
 constexpr std::uint8_t stopped = 2;
 
@@ -20,7 +19,7 @@ void VirtualPlatform::service() {
     setting_.guard.service();
     setting_.time.waitlong(1);
     givestops();
-    runtimers();
+    timers_.run(setting_.time.milliseconds());
 }
 
 void VirtualPlatform::givestops() {
@@ -30,33 +29,8 @@ void VirtualPlatform::givestops() {
         setting_.s.prgresult.release(0, stopped);
 }
 
-void VirtualPlatform::runtimers() {
-    std::vector<TimerId> due;
-    for (const Timer& timer : timers_)
-        if (timer.due <= setting_.time.now()) due.push_back(timer.id);
-    for (const TimerId id : due) {
-        Timer* timer = find(id);  // a handler before it may have killed it
-        if (timer == nullptr) continue;
-        timer->due = std::max(timer->due + timer->period, setting_.time.now() + 1);
-        const auto handler = timer->handler;
-        handler();
-    }
-}
-
-VirtualPlatform::Timer* VirtualPlatform::find(TimerId id) {
-    const auto at =
-        std::find_if(timers_.begin(), timers_.end(), [id](const Timer& t) { return t.id == id; });
-    return at == timers_.end() ? nullptr : &*at;
-}
-
 TimerId VirtualPlatform::settimer(std::int32_t milliseconds, std::function<void()> handler) {
-    const std::int64_t period = std::max(milliseconds, 1) * millisecond;
-    timers_.push_back({++lasttimer_, period, setting_.time.now() + period, std::move(handler)});
-    return lasttimer_;
-}
-
-void VirtualPlatform::killtimer(TimerId id) {
-    std::erase_if(timers_, [id](const Timer& timer) { return timer.id == id; });
+    return timers_.add(setting_.time.milliseconds(), milliseconds, std::move(handler));
 }
 
 BoxAnswer VirtualPlatform::messagebox(const Box& box) {
@@ -66,7 +40,7 @@ BoxAnswer VirtualPlatform::messagebox(const Box& box) {
 }
 
 double VirtualPlatform::secondssincemidnight() {
-    return std::fmod(noon + static_cast<double>(setting_.time.now()) / 1e6, day);
+    return std::fmod(noon + static_cast<double>(setting_.time.microseconds()) / 1e6, day);
 }
 
 }  // namespace keld2::host

@@ -6,13 +6,13 @@
 
 #include <cstdint>
 #include <functional>
-#include <vector>
 
 #include "host/replay/replayfile.h"
 #include "host/replay/virtualtime.h"
 #include "host/replay/waitguard.h"
 #include "host/trace/tracelog.h"
 #include "platform/platformdecorator.h"
+#include "platform/timerlist.h"
 #include "shared/sharedvariables.h"
 
 namespace keld2::host {
@@ -34,26 +34,16 @@ class VirtualPlatform final : public PlatformDecorator {
     void service() override;
     void wake() override {}
     TimerId settimer(std::int32_t milliseconds, std::function<void()> handler) override;
-    void killtimer(TimerId id) override;
+    void killtimer(TimerId id) override { timers_.remove(id); }
     BoxAnswer messagebox(const Box& box) override;
     double secondssincemidnight() override;  // noon at the session's begin
 
   private:
-    struct Timer {
-        TimerId id;
-        std::int64_t period;  // microseconds
-        std::int64_t due;
-        std::function<void()> handler;
-    };
-
     void givestops();
-    void runtimers();
-    Timer* find(TimerId id);
 
     Setting setting_;
     std::size_t stopsgiven_ = 0;
-    TimerId lasttimer_ = 0;
-    std::vector<Timer> timers_;
+    TimerList timers_;
 };
 
 }  // namespace keld2::host

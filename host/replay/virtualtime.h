@@ -17,7 +17,9 @@ class VirtualTime {
         now_ += queued_;
         queued_ = 0;
     }
-    std::int64_t now() const { return now_; }  // microseconds since the session began
+    // Since the session began.
+    std::int64_t microseconds() const { return now_; }
+    std::int64_t milliseconds() const { return now_ / 1000; }
 
   private:
     void advance(std::int64_t microseconds) { now_ += microseconds > 0 ? microseconds : 0; }

@@ -2,8 +2,6 @@
 // replay.txt, and what has to come of them: trace.txt line by line, dump.json but for the elapsed
 // seconds, which stand there as <TIME>. Without replay.txt nothing is answered but by default.
 #include <gtest/gtest.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
@@ -14,6 +12,7 @@
 
 #include "host/files/files.h"
 #include "host/job/session.h"
+#include "job/madefolder.h"
 
 namespace {
 
@@ -51,33 +50,34 @@ nlohmann::json dumpof(const fs::path& path) {
 
 class GoldenJob : public testing::TestWithParam<std::string> {
   protected:
-    void SetUp() override { fs::create_directories(made_); }
-    void TearDown() override { fs::remove_all(made_); }
+    int run(const fs::path& replay, const SessionOutput& output) const {
+        return runsession(readjob(folder_ / "job.toml"), replayed(replay), output);
+    }
 
     const fs::path folder_ = fs::path(KELD2_TEST_JOBS) / GetParam();
-    const fs::path made_ =
-        fs::path(testing::TempDir()) /
-        ("job-" + std::to_string(getpid()) + "-" + fs::path(GetParam()).filename().string());
+    const keld2::test::MadeFolder made_;
 };
 
-TEST_P(GoldenJob, GivesTraceAndDump) {
-    const fs::path replay = folder_ / "replay.txt";
-    const int status = runsession(readjob(folder_ / "job.toml"),
-                                  replayed(fs::exists(replay) ? replay : fs::path("/dev/null")),
-                                  {.record = made_ / "record.txt",
-                                   .trace = made_ / "trace.txt",
-                                   .dump = made_ / "dump.json"});
+TEST_P(GoldenJob, GivesTraceAndDumpAndARecordThatGivesThemAgain) {
+    const fs::path replay =
+        fs::exists(folder_ / "replay.txt") ? folder_ / "replay.txt" : made_.file("replay", "");
+    const int status =
+        run(replay, {.record = made_ / "record", .trace = made_ / "trace", .dump = made_ / "dump"});
 
-    const auto got = lines(made_ / "trace.txt");
+    const auto got = lines(made_ / "trace");
     const auto expected = lines(folder_ / "trace.txt");
     for (std::size_t i = 0; i < std::min(got.size(), expected.size()); ++i)
         ASSERT_EQ(got[i], expected[i]) << "line " << i + 1 << " of the trace";
     EXPECT_EQ(got.size(), expected.size()) << "lines of the trace";
 
-    const auto dump = dumpof(made_ / "dump.json");
+    const auto dump = dumpof(made_ / "dump");
     EXPECT_EQ(dump, dumpof(folder_ / "dump.json"));
     const int result = dump["prgresult"][0];
     EXPECT_EQ(status, result <= 4 ? result : 1);
+
+    run(made_ / "record", {.record = {}, .trace = made_ / "trace2", .dump = made_ / "dump2"});
+    EXPECT_EQ(lines(made_ / "trace2"), expected) << "replay of the record";
+    EXPECT_EQ(readtext(made_ / "dump2"), readtext(made_ / "dump")) << "replay of the record";
 }
 
 INSTANTIATE_TEST_SUITE_P(Jobs, GoldenJob, testing::ValuesIn(jobfolders()), [](const auto& job) {
