@@ -125,7 +125,7 @@ class Session {
 
 int runsession(const Job& job, const ProgrammerFactory& makeprogrammer, const SessionOutput& output,
                FormFrontEnd* forms) {
-    return Session(job, makeprogrammer, output, showform).run();
+    return Session(job, makeprogrammer, output, forms).run();
 }
 
 ProgrammerFactory replayed(std::filesystem::path replay) {
