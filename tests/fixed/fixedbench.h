@@ -8,9 +8,9 @@
 #include <utility>
 #include <vector>
 
+#include "common/privatemachine.h"
 #include "external/usbtransport.h"
 #include "families/fixedlogic.h"
-#include "host/machine/localmachine.h"
 #include "jtag/recordingdevcore.h"
 #include "jtag/wiring.h"
 #include "platform/platformdecorator.h"
@@ -96,7 +96,7 @@ class FixedBench : public PlatformDecorator, public UsbTransport {
 
     const JtagFamily* family_;
     FixedGeometry geometry_;
-    mutable host::LocalMachine machine_{"."};
+    mutable PosixPlatform machine_{test::privatemachine()};
     mutable Module module_;
     std::size_t bulkreads_ = 0;
     std::size_t boxesshown_ = 0;

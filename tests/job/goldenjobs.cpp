@@ -10,9 +10,9 @@
 #include <string>
 #include <vector>
 
+#include "common/madefolder.h"
 #include "host/files/files.h"
 #include "host/job/session.h"
-#include "job/madefolder.h"
 
 namespace {
 

@@ -3,10 +3,10 @@
 
 #include <gtest/gtest.h>
 
+#include "common/madefolder.h"
+#include "common/privatemachine.h"
 #include "host/hosterror.h"
 #include "host/job/preparation.h"
-#include "job/madefolder.h"
-#include "job/privatemachine.h"
 
 namespace {
 

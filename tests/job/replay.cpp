@@ -1,13 +1,13 @@
 // The replay: its text, its answers, its time, and the waits that it gives up.
 #include <gmock/gmock.h>
 
+#include "common/madefolder.h"
+#include "common/privatemachine.h"
 #include "host/hosterror.h"
 #include "host/job/session.h"
 #include "host/record/recorder.h"
 #include "host/replay/replayprogrammer.h"
 #include "host/trace/tracingplatform.h"
-#include "job/madefolder.h"
-#include "job/privatemachine.h"
 #include "platform/fault.h"
 #include "sim/datacheck.h"
 

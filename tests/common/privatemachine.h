@@ -10,7 +10,7 @@
 namespace keld2::test {
 
 inline PosixOptions privatemachine() {
-    return {.scope = "keld2-test-job-" + std::to_string(getpid()) + "-"};
+    return {.scope = "keld2-test-" + std::to_string(getpid()) + "-"};
 }
 
 }  // namespace keld2::test
