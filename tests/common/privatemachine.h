@@ -1,8 +1,9 @@
-// The Linux machine with named memory that no other test sees.
+// The Linux machine with named memory that nobody else sees, in this process or another.
 #pragma once
 
 #include <unistd.h>
 
+#include <atomic>
 #include <string>
 
 #include "platform/posix/posixplatform.h"
@@ -10,7 +11,9 @@
 namespace keld2::test {
 
 inline PosixOptions privatemachine() {
-    return {.scope = "keld2-test-" + std::to_string(getpid()) + "-"};
+    static std::atomic<int> count{0};
+    return {.scope =
+                "keld2-test-" + std::to_string(getpid()) + "-" + std::to_string(count++) + "-"};
 }
 
 }  // namespace keld2::test
