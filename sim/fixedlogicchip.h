@@ -1,0 +1,72 @@
+// FixedLogicChip: a fuse-array logic device with eight-bit instructions.
+//
+// Fuses are electrically erasable: an erase makes all of them 1, a program pulse takes 1 to 0 and
+// never back. All pulses are timed by the stay in Run-Test/Idle; one that is cut short does
+// nothing. Fuse instructions work in programming mode alone, which a reset or a loss of power
+// leaves. A secured array reads as zeros and takes no program pulse until it is erased.
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+#include "sim/tapchip.h"
+
+namespace keld2::sim {
+
+struct FixedLogicDevice {
+    std::uint32_t rows = 0;
+    std::uint32_t width = 0;               // fuses of a row
+    std::array<std::uint8_t, 4> code{};    // device code, in the order in which it is read
+    std::uint32_t preloadbits = 8;         // length of the preload register
+    std::int64_t fetchtime = 100;          // µs, for a row to be read from the array
+    std::int64_t programtime = 5'000;      // µs
+    std::int64_t erasetime = 2'000'000;    // µs
+    std::int64_t dischargetime = 100'000;  // µs, after an erase
+    std::int64_t securetime = 20'000;      // µs
+};
+
+class FixedLogicChip final : public TapChip {
+  public:
+    explicit FixedLogicChip(const FixedLogicDevice& device);  // erased
+
+    // The non-volatile cells: fuses row by row, then the user code, bit 0 first.
+    const RegisterCells& fuses() const { return fuses_; }
+    const RegisterCells& usercode() const { return usercode_; }
+    bool secured() const { return secured_; }
+    void setfuse(std::size_t address, bool value) { fuses_.at(address) = value; }
+    void setusercode(std::uint32_t code);
+    void setsecured(bool secured) { secured_ = secured; }
+
+  private:
+    std::size_t instructionlength() const override { return 8; }
+    std::uint32_t resetinstruction() const override;
+    RegisterCells capture(std::uint32_t instruction) override;
+    void update(std::uint32_t instruction, const RegisterCells& cells) override;
+    void enter(std::uint32_t instruction) override;
+    void reset() override;
+    void idle(std::uint32_t instruction, std::int64_t microseconds) override;
+
+    RegisterCells codecells() const;
+    void fetchrow();
+    void programrow();
+    void programusercode();
+    void erase();
+    bool readable() const { return !secured_ && !charged_; }
+
+    const FixedLogicDevice device_;
+    // Non-volatile.
+    RegisterCells fuses_;
+    RegisterCells usercode_;
+    bool secured_ = false;
+    // Lost with the power or in a reset.
+    bool programming_ = false;  // programming mode
+    bool charged_ = false;      // the array is not discharged yet after an erase
+    bool pending_ = false;      // a pulse has not been given yet
+    std::int64_t stay_ = 0;     // µs in Run-Test/Idle since the last update
+    std::uint32_t row_ = 0;     // of the next program pulse
+    RegisterCells select_;      // one cell a row
+    RegisterCells data_;        // what the next program pulse writes
+    RegisterCells fetched_;     // the row last read from the array
+};
+
+}  // namespace keld2::sim
