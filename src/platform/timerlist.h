@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <functional>
+#include <limits>
 #include <map>
 #include <utility>
 
@@ -35,6 +36,13 @@ class TimerList {
             t = timers_.upper_bound(id);
         }
         return any;
+    }
+
+    // When the next timer is due, on the platform's clock; far away when there is none.
+    std::int64_t nextdue() const {
+        std::int64_t next = std::numeric_limits<std::int64_t>::max();
+        for (const auto& [id, timer] : timers_) next = std::min(next, timer.due);
+        return next;
     }
 
   private:

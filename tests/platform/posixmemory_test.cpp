@@ -1,11 +1,16 @@
 #include "platform/posix/posixmemory.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <signal.h>
+#include <sys/file.h>
+#include <sys/mman.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <cstring>
+#include <atomic>
 #include <filesystem>
 #include <thread>
 #include <vector>
@@ -62,6 +67,70 @@ TEST(PosixMemory, RefusesSizesThatMakeNoBlock) {
     EXPECT_EQ(memory.create("block", -2200), 0);
 }
 
+TEST(PosixMemory, AnswersNoneWhereSomethingElseHasTheName) {
+    namespace fs = std::filesystem;
+    const std::string at = "/dev/shm/" + scope("taken");
+    fs::create_directory(at + "folder");
+    fs::create_symlink("nowhere", at + "link");
+    PosixMemory memory(scope("taken"));
+    for (const char* name : {"folder", "link", "no/name"}) {
+        EXPECT_EQ(memory.open(name), 0) << name;
+        EXPECT_EQ(memory.create(name, 400), 0) << name;
+    }
+    EXPECT_EQ(removeleftovers(scope("taken")), 0);
+    fs::remove(at + "folder");
+    fs::remove(at + "link");
+}
+
+TEST(PosixMemory, AnswersNoneForHandlesThatAreNotItsOwn) {
+    PosixMemory memory(scope());
+    const MemoryHandle handle = memory.create("block", 400);
+    memory.close(handle);
+    EXPECT_TRUE(memory.mapview(handle).empty());
+    EXPECT_TRUE(memory.mapview(0).empty());
+    EXPECT_FALSE(memory.unmapview({}));
+    memory.close(handle);
+}
+
+// What a child process answers with its exit status.
+template <typename Work>
+int inchild(Work work) {
+    const pid_t child = fork();
+    if (child == 0) _exit(work());
+    int ended = 0;
+    waitpid(child, &ended, 0);
+    return WIFEXITED(ended) ? WEXITSTATUS(ended) : -1;
+}
+
+TEST(PosixMemory, RefusesWhatTheMachineCannotBack) {
+    const std::string own = scope("limit");
+    const auto beyondlimit = [&own] {
+        const rlimit most{.rlim_cur = 65536, .rlim_max = 65536};
+        signal(SIGXFSZ, SIG_IGN);
+        setrlimit(RLIMIT_FSIZE, &most);
+        PosixMemory memory(own);
+        return memory.create("block", 131072) == 0 && memory.create("small", 400) != 0 ? 0 : 1;
+    };
+    EXPECT_EQ(inchild(beyondlimit), 0);
+    EXPECT_EQ(removeleftovers(own), 0);  // not even a beginning of it is left
+}
+
+TEST(PosixMemory, BacksTheBlocksOfOthersBeforeTheyAreTouched) {
+    const std::string object = scope() + "sparse";
+    const int other = shm_open(("/" + object).c_str(), O_RDWR | O_CREAT, 0600);
+    ASSERT_EQ(ftruncate(other, 65600), 0);
+    ASSERT_EQ(flock(other, LOCK_SH), 0);
+    PosixMemory memory(scope());
+    const auto view = memory.mapview(memory.open("sparse"));
+    EXPECT_GE(view.size(), 65600u);
+    struct stat found {};
+    ASSERT_EQ(fstat(other, &found), 0);
+    EXPECT_GE(found.st_blocks * 512, 65600);
+    EXPECT_EQ(found.st_size, 65600);
+    memory.unmapview(view);
+    close(other);
+}
+
 // A child makes blocks and is killed; what it leaves counts as not existing.
 void leaveblocks(const std::string& scope) {
     const pid_t child = fork();
@@ -92,13 +161,19 @@ TEST(PosixMemory, RemovesLeftOversButNothingThatIsUsed) {
     leaveblocks(scope("sweep"));
     PosixMemory memory(scope("sweep"));
     ASSERT_NE(memory.create("used", 400), 0);
+    EXPECT_EQ(removeleftovers(""), 0);
+    EXPECT_TRUE(exists(scope("sweep"), "one"));
     EXPECT_EQ(removeleftovers(scope("sweep")), 2);
     EXPECT_TRUE(exists(scope("sweep"), "used"));
 }
 
-TEST(PosixMemory, SurvivesManyUsersAtOnce) {
+TEST(PosixMemory, SurvivesManyUsersAndASweepAtOnce) {
     std::vector<std::thread> users;
     std::atomic<int> failures = 0;
+    std::atomic<bool> ended = false;
+    std::thread sweeper([&ended] {
+        while (!ended) removeleftovers(scope("race"));
+    });
     for (int t = 0; t < 4; ++t)
         users.emplace_back([&failures] {
             for (int i = 0; i < 300; ++i) {
@@ -110,6 +185,8 @@ TEST(PosixMemory, SurvivesManyUsersAtOnce) {
             }
         });
     for (std::thread& user : users) user.join();
+    ended = true;
+    sweeper.join();
     EXPECT_EQ(failures, 0);
     EXPECT_FALSE(exists(scope("race"), "block"));
 }

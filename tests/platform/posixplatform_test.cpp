@@ -3,9 +3,13 @@
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 
+#include <algorithm>
 #include <chrono>
 #include <fstream>
+#include <stdexcept>
+#include <string>
 #include <thread>
+#include <vector>
 
 namespace keld2 {
 namespace {
@@ -66,6 +70,66 @@ TEST(PosixPlatform, RunsPostedEventsAndTimersInService) {
     EXPECT_EQ(ticks, 3);
 }
 
+TEST(PosixPlatform, AHandlerMayKillAndSetTimers) {
+    PosixPlatform platform;
+    std::string ran;
+    TimerId second = 0;
+    TimerId first = 0;
+    first = platform.settimer(1, [&] {
+        ran += 'a';
+        platform.killtimer(first);
+        platform.killtimer(second);  // due in the same service
+        platform.settimer(1, [&] { ran += 'c'; });
+    });
+    second = platform.settimer(1, [&] { ran += 'b'; });
+    std::this_thread::sleep_for(5ms);
+    platform.service();
+    EXPECT_EQ(ran, "a");  // the new one waits for its time
+    const auto end = Clock::now() + 2s;
+    while (ran.size() < 3 && Clock::now() < end) platform.service();
+    EXPECT_EQ(ran, "acc");
+}
+
+TEST(PosixPlatform, AHandlerThatThrowsLosesNoEvent) {
+    PosixPlatform platform;
+    std::string ran;
+    platform.post([] { throw std::runtime_error("handler"); });
+    platform.post([&] { ran += 'a'; });
+    platform.post([&] {
+        platform.post([&] { ran += 'c'; });
+        platform.service();  // as a modal box does
+        ran += 'b';
+    });
+    EXPECT_THROW(platform.service(), std::runtime_error);
+    EXPECT_EQ(ran, "");
+    platform.service();
+    EXPECT_EQ(ran, "acb");
+}
+
+TEST(PosixPlatform, ATimerEndsALongWait) {
+    PosixPlatform platform;
+    std::vector<Clock::duration> late;
+    for (int interval = 80; interval < 88; ++interval) {  // whatever the waits' own rhythm is
+        const auto due = Clock::now() + std::chrono::milliseconds(interval);
+        bool over = false;
+        const TimerId id = platform.settimer(interval, [&over] { over = true; });
+        while (!over) platform.service();
+        platform.killtimer(id);
+        late.push_back(Clock::now() - due);
+    }
+    std::ranges::sort(late);
+    EXPECT_LT(late[late.size() / 2], 2ms);
+}
+
+TEST(PosixPlatform, ANewTimerBeginsANewWait) {
+    PosixPlatform platform;
+    for (int i = 0; i < 50; ++i) platform.service();
+    platform.settimer(5000, [] {});
+    const auto start = Clock::now();
+    for (int i = 0; i < 20; ++i) platform.service();
+    EXPECT_LT(Clock::now() - start, 100ms);  // 20 long waits take 160
+}
+
 TEST(PosixPlatform, AnswersBoxesSafelyWhenNobodyIsThere) {
     PosixPlatform platform;
     EXPECT_EQ(platform.messagebox({.buttons = BoxButtons::abortretryignore}), BoxAnswer::abort);
@@ -94,6 +158,9 @@ class Files : public testing::Test {
 TEST_F(Files, ReadsBelowTheRunsFolder) {
     EXPECT_EQ(read({u"clk", u"X_g.alg"}).bytes.size(), 5u);
     EXPECT_EQ(read({u"CLK", u"x_G.ALG"}).bytes.size(), 5u);  // names from Windows
+    std::ofstream(folder_ / "algo2" / "clk" / "X_G.alg") << "other image";
+    EXPECT_EQ(read({u"clk", u"X_G.alg"}).bytes.size(), 11u);  // an exact name comes first
+    EXPECT_EQ(read({u"clk", u"x_g.alg"}).status, FileContent::Status::missing);  // which one?
     EXPECT_EQ(read({u"clk"}).status, FileContent::Status::missing);
     EXPECT_EQ(read({u"clk", u"none"}).status, FileContent::Status::missing);
 }

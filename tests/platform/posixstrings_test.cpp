@@ -14,6 +14,7 @@ TEST(PosixStrings, KeepsTextsBehindHandles) {
     EXPECT_EQ(strings.text(one), u"one");
     EXPECT_EQ(strings.text(withzero).size(), 3u);
     EXPECT_EQ(strings.text(0), u"");
+    EXPECT_EQ(strings.allocate(u""), 0u);
     EXPECT_EQ(strings.living(), 2u);
 }
 
@@ -30,6 +31,19 @@ TEST(PosixStrings, ReportsHandlesThatAreNoTexts) {
     EXPECT_EQ(strings.text(next), u"next");
     strings.free(0);
     EXPECT_EQ(strings.living(), 1u);
+}
+
+TEST(PosixStrings, AnOldHandleIsNeverRightAgain) {
+    PosixStrings strings;
+    const StringHandle old = strings.allocate(u"old");
+    strings.free(old);
+    for (int i = 0; i < 10000; ++i) {  // more than a place has generations
+        const StringHandle handle = strings.allocate(u"new");
+        ASSERT_NE(handle, old) << i;
+        strings.free(handle);
+    }
+    EXPECT_THROW(strings.text(old), RunFault);
+    EXPECT_EQ(strings.living(), 0u);
 }
 
 }  // namespace

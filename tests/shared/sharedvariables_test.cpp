@@ -85,6 +85,60 @@ TEST_F(Blocks, AnImpossibleBufferIsReportedOnceAndLeavesOneElement) {
     EXPECT_EQ(plugin_.ibuffer66.size(), 15);
 }
 
+// Memory that refuses some blocks, as a machine does where others hold them.
+class RefusingMemory final : public NamedMemory {
+  public:
+    RefusingMemory(NamedMemory& inner, std::set<std::string> refused)
+        : inner_(inner), refused_(std::move(refused)) {}
+    MemoryHandle open(const std::string& name) override {
+        return refused_.contains(name) ? 0 : inner_.open(name);
+    }
+    MemoryHandle create(const std::string& name, std::int32_t size) override {
+        return refused_.contains(name) ? 0 : inner_.create(name, size);
+    }
+    std::span<std::byte> mapview(MemoryHandle handle) override { return inner_.mapview(handle); }
+    bool unmapview(std::span<std::byte> view) override { return inner_.unmapview(view); }
+    void close(MemoryHandle handle) override { inner_.close(handle); }
+
+  private:
+    NamedMemory& inner_;
+    std::set<std::string> refused_;
+};
+
+TEST_F(Blocks, ABlockThatCannotBeMappedIsToldOnceAndTheOthersAre) {
+    RefusingMemory memory(memory_, {"queltabuflength3", "queltaMainRtstr3", "queltaibuffer66"});
+    SharedVariables s(memory, strings_);
+    map(s, 3);
+    EXPECT_EQ(failures_, 3);
+    EXPECT_EQ(s.buflength.size(), 1);
+    EXPECT_EQ(s.ibuffer.size(), bufferextra);  // buflength[0] is its own element: 0
+    EXPECT_EQ(s.ibuffer66.size(), 1);
+    EXPECT_EQ(s.selmode.size(), 3);
+    s.MainRtstr[0] = u"log";
+    EXPECT_EQ(s.MainRtstr[0].text(), u"log");
+    EXPECT_THROW(s.MainRtstr[1], RunFault);
+}
+
+TEST_F(Blocks, AViewNeverLeavesABlockThatIsTooSmall) {
+    clsMemMapped host(memory_);
+    ASSERT_TRUE(host.OpenAndMapMemoryBlock("queltaibuf20", 100));
+    map(plugin_, 0);
+    EXPECT_EQ(plugin_.ibuf2.size(), static_cast<std::int64_t>(host.ViewSize()));
+    EXPECT_THROW(plugin_.ibuf2[65599], RunFault);
+}
+
+TEST_F(Blocks, MappingAgainDropsWhatWasMapped) {
+    map(plugin_, 0);
+    plugin_.tlength[0] = 4112;
+    map(plugin_, 1);
+    EXPECT_EQ(plugin_.tlength[0], 0);
+    EXPECT_EQ(memory_.open("queltatlength0"), 0);
+    EXPECT_EQ(memory_.open("queltaalgobuf0"), 0);
+    map(plugin_, 1);
+    plugin_.tlength[0] = 1;  // the view works
+    EXPECT_EQ(failures_, 0);
+}
+
 TEST_F(Blocks, TextsGoFromHostToPluginAndBack) {
     SharedVariables host(memory_, strings_);
     map(host, 0);

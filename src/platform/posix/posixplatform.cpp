@@ -12,13 +12,12 @@ namespace keld2 {
 
 namespace {
 
-using namespace std::chrono_literals;
-
 // A wait that has found nothing to do for a while looks less often: the wake-ups of a millisecond
-// clock alone cost some machines 2 % of a core. A finished transfer or a posted event wakes it.
+// clock alone cost some machines 2 % of a core. A finished transfer or a posted event wakes it, a
+// timer that becomes due ends it, and a timer that is set begins a new wait.
 constexpr int idleservices = 32;
-constexpr auto shortwait = 1ms;
-constexpr auto longwait = 8ms;
+constexpr std::int64_t shortwait = 1;  // ms
+constexpr std::int64_t longwait = 8;   // ms
 
 std::int64_t milliseconds() {
     const auto now = std::chrono::steady_clock::now().time_since_epoch();
@@ -44,10 +43,11 @@ std::filesystem::path entryof(const std::filesystem::path& folder, const std::st
     const std::filesystem::path exact = folder / name;
     if (std::filesystem::exists(exact, fault)) return exact;
     std::filesystem::path found;
-    for (const auto& entry : std::filesystem::directory_iterator(folder, fault)) {
-        if (lowercase(entry.path().filename().string()) != lowercase(name)) continue;
+    std::filesystem::directory_iterator entry(folder, fault);
+    for (; !fault && entry != std::filesystem::directory_iterator(); entry.increment(fault)) {
+        if (lowercase(entry->path().filename().string()) != lowercase(name)) continue;
         if (!found.empty()) return exact;
-        found = entry.path();
+        found = entry->path();
     }
     return found.empty() ? exact : found;
 }
@@ -77,19 +77,27 @@ void PosixPlatform::service() {
         waitforevent();
 }
 
+// One by one: a handler may serve the loop itself, and one that throws keeps the others waiting,
+// not lost. What a handler posts is left to the next service.
 bool PosixPlatform::runevents() {
-    std::deque<std::function<void()>> due;
-    {
-        const std::lock_guard lock(mutex_);
-        due.swap(events_);
+    std::unique_lock lock(mutex_);
+    bool any = false;
+    for (std::size_t due = events_.size(); due > 0 && !events_.empty(); --due) {
+        const std::function<void()> event = std::move(events_.front());
+        events_.pop_front();
+        lock.unlock();
+        event();
+        any = true;
+        lock.lock();
     }
-    for (const auto& event : due) event();
-    return !due.empty();
+    return any;
 }
 
 void PosixPlatform::waitforevent() {
+    const std::int64_t untildue = timers_.nextdue() - milliseconds();
+    const std::int64_t idlewait = ++idle_ < idleservices ? shortwait : longwait;
+    const std::chrono::milliseconds most(std::clamp<std::int64_t>(untildue, 0, idlewait));
     std::unique_lock lock(mutex_);
-    const auto most = ++idle_ < idleservices ? shortwait : longwait;
     if (woken_.wait_for(lock, most, [this] { return awake_ || !events_.empty(); })) idle_ = 0;
     awake_ = false;
 }
@@ -111,6 +119,7 @@ void PosixPlatform::post(std::function<void()> event) {
 }
 
 TimerId PosixPlatform::settimer(std::int32_t interval, std::function<void()> handler) {
+    idle_ = 0;
     return timers_.add(milliseconds(), interval, std::move(handler));
 }
 

@@ -27,6 +27,9 @@ struct PosixOptions {
 // The answer that starts nothing.
 BoxAnswer safeanswer(BoxButtons buttons);
 
+// service() waits a millisecond at the most while something goes on, and up to 8 when it has found
+// nothing to do for a while and no timer is due before. wake() and post() may be called from any
+// thread and end the wait; all else belongs to one thread.
 class PosixPlatform : public Platform {
   public:
     explicit PosixPlatform(PosixOptions options = {});
@@ -54,11 +57,11 @@ class PosixPlatform : public Platform {
     PosixMemory memory_;
     PosixStrings strings_;
     TimerList timers_;
+    int idle_ = 0;      // services in a row that had nothing to do
     std::mutex mutex_;  // guards what follows
     std::condition_variable woken_;
     std::deque<std::function<void()>> events_;
     bool awake_ = false;
-    int idle_ = 0;  // services in a row that had nothing to do
 };
 
 }  // namespace keld2

@@ -13,6 +13,7 @@ constexpr std::uint32_t generations = 1U << (32 - slotbits);
 }  // namespace
 
 StringHandle PosixStrings::allocate(std::u16string_view text) {
+    if (text.empty()) return 0;
     if (free_.empty()) {
         if (slots_.size() == mostslots)
             throw RunFault("no room for another text", "shared strings");
@@ -35,10 +36,13 @@ void PosixStrings::free(StringHandle handle) {
     if (handle == 0) return;
     const std::size_t index = slotof(handle);
     Slot& slot = slots_[index];
-    slot.text = {};
+    slot.text = std::u16string();  // gives the memory back
     slot.used = false;
-    slot.generation = (slot.generation + 1) % generations;
-    free_.push_back(index);
+    // A place whose generations are used up is given up, so that no old handle is ever right again.
+    if (++slot.generation < generations)
+        free_.push_back(index);
+    else
+        ++retired_;
 }
 
 std::size_t PosixStrings::slotof(StringHandle handle) const {
