@@ -1,4 +1,6 @@
 // Parallel family 22: program a byte at a time, erase by command.
+#include <cmath>
+
 #include "mpu/parallelbus.h"
 #include "mpu/usbkel2mpuprg.h"
 #include "platform/numbers.h"
@@ -16,9 +18,11 @@ std::int64_t usbkel2mpuprg::dataindex(std::int32_t a) const {
 }
 
 bool usbkel2mpuprg::datainbuffer() const {
-    const double shift = s().wltbigendbuf[2] - s().wltbigendbuf[0];
+    const auto index = [this](std::int32_t a) {  // as dataindex, but without a fault
+        return std::nearbyint(a - s().wltbigendbuf[0] + s().wltbigendbuf[2]);
+    };
     return first() > last() ||
-           (first() + shift >= 0 && last() + shift <= static_cast<double>(s().ibuffer.size() - 1));
+           (index(first()) >= 0 && index(last()) < static_cast<double>(s().ibuffer.size()));
 }
 
 bool usbkel2mpuprg::byteprogrampossible() const {
