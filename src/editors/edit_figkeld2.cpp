@@ -149,11 +149,10 @@ char16_t edit_figkeld2::dokeypress(Control& box, char16_t character) {
 int edit_figkeld2::dokeydown(Control&, int code) { return code == keys::del ? 0 : code; }
 
 void edit_figkeld2::doclick(Control& button) {
-    if (button.name == "OKButton") {
-        if (s_.prgmode[0] == lockbitmode) storelockbits();
-        if (hasoptions(s_.prgmode[0])) storeoptions();
-    }
-    close();
+    const bool ok = button.name == "OKButton";
+    if (ok && s_.prgmode[0] == lockbitmode) storelockbits();
+    if (ok && hasoptions(s_.prgmode[0])) storeoptions();
+    close(ok);
 }
 
 void edit_figkeld2::storelockbits() {

@@ -119,8 +119,9 @@ void usercode0::dotyped(Control& box) {
 }
 
 void usercode0::doclick(Control& button) {
-    if (button.name == "OKButton") store();
-    close();
+    const bool ok = button.name == "OKButton";
+    if (ok) store();
+    close(ok);
 }
 
 void usercode0::store() {

@@ -7,7 +7,6 @@ namespace keld2 {
 namespace {
 
 constexpr std::uint8_t svfmode = 50;       // of prgmode[0]
-constexpr std::int16_t svfoperation = 20;  // beside program, plays the text too
 constexpr std::int32_t afterenter = 200;   // short ticks
 constexpr std::int32_t afteridwait = 500;  // short ticks
 
@@ -39,8 +38,6 @@ void usbkeld2pldprg::dooperation(std::int16_t op) {
     if (family_ != nullptr) {
         geometry_ = findgeometry(s().tlength[0]);
         fixedoperation(op);
-    } else if (s().prgmode[0] == svfmode && (op == operation::program || op == svfoperation)) {
-        s().prgresult.release(0, result::failed);
     }
 }
 

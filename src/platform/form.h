@@ -64,6 +64,7 @@ class Form {
     int width() const { return width_; }    // of the whole window
     int height() const { return height_; }  // of the whole window
     bool closed() const { return closed_; }
+    bool accepted() const { return accepted_; }  // closed so that it has written
     int beeps() const { return beeps_; }  // since the window was made
     const std::vector<Control>& controls() const { return controls_; }
     const Control* find(std::string_view name) const;     // nullptr: no such control
@@ -103,7 +104,7 @@ class Form {
     void setindex(Control& combo, int index);
     void selectoption(Control& option);
     void beep() { ++beeps_; }
-    void close() { closed_ = true; }
+    void close(bool accepted) { closed_ = true, accepted_ = accepted; }
 
   private:
     virtual void doload() = 0;
@@ -122,6 +123,7 @@ class Form {
     int width_ = 0, height_ = 0;
     std::vector<Control> controls_;
     bool closed_ = false;
+    bool accepted_ = false;
     int beeps_ = 0;
 };
 

@@ -6,7 +6,7 @@
 #include <nlohmann/json.hpp>
 #include <sstream>
 
-#include "host/files/files.h"
+#include "common/madefolder.h"
 #include "host/forms/scriptedform.h"
 #include "host/forms/terminalform.h"
 #include "machine.h"
@@ -16,15 +16,10 @@ namespace {
 
 using nlohmann::json;
 
-// A folder of its own for each test, gone afterwards.
 class FrontEnds : public testing::Test {
   protected:
-    FrontEnds() { std::filesystem::create_directories(folder_); }
-    ~FrontEnds() override { std::filesystem::remove_all(folder_); }
-
     host::FormScript script(const std::string& actions) {
-        host::writetext(folder_ / "actions.txt", actions);
-        return host::readformscript(folder_ / "actions.txt");
+        return host::readformscript(folder_.file("actions.txt", actions));
     }
     // Plays actions in the editors that open one after the other; the log's lines.
     std::vector<json> play(Editing& e, const std::string& actions, const std::string& editors) {
@@ -52,9 +47,7 @@ class FrontEnds : public testing::Test {
         return "nothing";
     }
 
-    std::filesystem::path folder_ =
-        std::filesystem::path(testing::TempDir()) /
-        ("frontends." + std::string(testing::UnitTest::GetInstance()->current_test_info()->name()));
+    MadeFolder folder_;
     std::filesystem::path log_ = folder_ / "log.json";
     std::ostringstream messages_;
 };
