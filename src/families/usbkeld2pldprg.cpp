@@ -1,12 +1,14 @@
 #include "families/usbkeld2pldprg.h"
 
 #include "families/jtagstartup.h"
+#include "families/svfrun.h"
 
 namespace keld2 {
 
 namespace {
 
 constexpr std::uint8_t svfmode = 50;       // of prgmode[0]
+constexpr std::int16_t svfoperation = 20;  // plays the text, as programming does
 constexpr std::int32_t afterenter = 200;   // short ticks
 constexpr std::int32_t afteridwait = 500;  // short ticks
 
@@ -38,6 +40,8 @@ void usbkeld2pldprg::dooperation(std::int16_t op) {
     if (family_ != nullptr) {
         geometry_ = findgeometry(s().tlength[0]);
         fixedoperation(op);
+    } else if (s().prgmode[0] == svfmode && (op == operation::program || op == svfoperation)) {
+        svfrun(run(), *findsvfprocedure(svfmode), levels_, svfstate_);
     }
 }
 

@@ -11,6 +11,7 @@
 
 #include "families/fixedlogic.h"
 #include "jtag/lines.h"
+#include "jtag/sdr.h"
 #include "run/runwindow.h"
 
 namespace keld2 {
@@ -79,6 +80,7 @@ class usbkeld2pldprg final : public RunWindow {
     LineLevels levels_;
     QueuedLines queued_;
     DirectLines direct_;
+    SvfState svfstate_;       // of the mode byte that plays a text
     FixedGeometry geometry_;  // of the operation in hand
     DeviceCode idbytes_{};
     std::u16string idtext_;

@@ -1,6 +1,7 @@
 #include "families/usbsvfprg.h"
 
 #include "families/jtagstartup.h"
+#include "families/svfrun.h"
 
 namespace keld2 {
 
@@ -20,7 +21,8 @@ RunWindow::StopButton usbsvfprg::stopbutton(std::int16_t op) const {
 
 // The operation's number plays no part: the host lays down a text for each operation.
 void usbsvfprg::dooperation(std::int16_t) {
-    if (levels_.wired()) s().prgresult.release(0, result::failed);
+    if (const SvfProcedure* procedure = findsvfprocedure(s().prgmode[0]))
+        svfrun(run(), *procedure, levels_, state_);
 }
 
 }  // namespace keld2

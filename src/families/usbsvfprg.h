@@ -2,6 +2,7 @@
 #pragma once
 
 #include "jtag/lines.h"
+#include "jtag/sdr.h"
 #include "run/runwindow.h"
 
 namespace keld2 {
@@ -16,6 +17,7 @@ class usbsvfprg final : public RunWindow {
     void dooperation(std::int16_t op) override;
 
     LineLevels levels_;
+    SvfState state_;
 };
 
 }  // namespace keld2

@@ -1,0 +1,48 @@
+// SvfRows: what a text expects from the chip, row by row.
+#pragma once
+
+#include <algorithm>
+#include <cstdint>
+#include <span>
+#include <vector>
+
+namespace keld2 {
+
+// Rows are allocated as they are stored and keep what was stored until another statement stores to
+// them; what was never stored is 0. They live as long as the run.
+class SvfRows {
+  public:
+    struct Row {
+        std::vector<std::uint8_t> expect;  // byte i of the row, the first bit in bit 0
+        std::vector<std::uint8_t> mask;    // a set bit is compared
+    };
+
+    // Stores entries from 0 on; entries behind them stay.
+    void store(std::size_t row, std::span<const std::uint8_t> expect,
+               std::span<const std::uint8_t> mask) {
+        if (row >= rows_.size()) rows_.resize(row + 1);
+        overlay(rows_[row].expect, expect);
+        overlay(rows_[row].mask, mask);
+    }
+
+    std::uint8_t expected(std::int32_t row, std::int32_t i) const {
+        return at(&Row::expect, row, i);
+    }
+    std::uint8_t mask(std::int32_t row, std::int32_t i) const { return at(&Row::mask, row, i); }
+
+  private:
+    static void overlay(std::vector<std::uint8_t>& kept, std::span<const std::uint8_t> stored) {
+        if (kept.size() < stored.size()) kept.resize(stored.size());
+        std::ranges::copy(stored, kept.begin());
+    }
+    std::uint8_t at(std::vector<std::uint8_t> Row::*bytes, std::int32_t row, std::int32_t i) const {
+        if (row < 0 || static_cast<std::size_t>(row) >= rows_.size()) return 0;
+        const std::vector<std::uint8_t>& entries = rows_[static_cast<std::size_t>(row)].*bytes;
+        return static_cast<std::size_t>(i) < entries.size() ? entries[static_cast<std::size_t>(i)]
+                                                            : std::uint8_t{0};
+    }
+
+    std::vector<Row> rows_;
+};
+
+}  // namespace keld2
