@@ -5,6 +5,8 @@
 #include <iostream>
 
 #include "host/cli/jobcommand.h"
+#include "host/commands/cataloguecommands.h"
+#include "host/commands/devicecommands.h"
 #include "host/hosterror.h"
 
 namespace keld2::host {
@@ -14,6 +16,10 @@ int runcli(int argc, const char* const* argv) {
     CLI::App program("Command-line host of tq5keld2, the device-family plug-in of a programmer");
     program.name("keld2");
     program.require_subcommand(1);
+    DeviceOptions options;
+    adddeviceoptions(program, options);
+    adddevicecommands(program, options, status);
+    addcataloguecommands(program, options, status);
     addjobcommand(program, status);
     try {
         program.parse(argc, argv);

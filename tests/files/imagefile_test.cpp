@@ -5,7 +5,7 @@
 #include <cstdlib>
 #include <fstream>
 
-#include "files/refusal.h"
+#include "common/refusal.h"
 #include "host/files/files.h"
 #include "host/files/outputfile.h"
 

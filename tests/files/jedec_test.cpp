@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-#include "files/refusal.h"
+#include "common/refusal.h"
 
 namespace keld2::host {
 namespace {

@@ -1,0 +1,138 @@
+#include "host/commands/devicejob.h"
+
+#include <chrono>
+#include <iostream>
+#include <memory>
+
+#include "host/catalogue/catalogue.h"
+#include "host/commands/interruptwatch.h"
+#include "host/commands/runresult.h"
+#include "host/files/outputfile.h"
+#include "host/hosterror.h"
+#include "host/run/devicedata.h"
+
+namespace keld2::host {
+
+namespace {
+
+[[noreturn]] void refuseusage(const std::string& message) {
+    throw HostError(exitstatus::usage, message);
+}
+
+Device chosendevice(const DeviceOptions& options) {
+    if (options.device.empty())
+        refuseusage("no device, expected -d DEVICE or the environment variable KELD2_DEVICE");
+    return Catalogue::standard().find(options.device);
+}
+
+class DeviceCommand {
+  public:
+    DeviceCommand(const DeviceJob& job, const DeviceOptions& options)
+        : job_(job),
+          options_(options),
+          device_(chosendevice(options)),
+          steps_(job.steps.empty() ? device_.autosteps : job.steps),
+          language_(languageoffset(options)),
+          console_(consoleoptionsfor()) {}
+
+    int run() {
+        checksteps();
+        if (reads())
+            checkoutput(job_.file, options_.force);
+        else
+            loadfile();
+        const ProgrammerChoice choice = parseprogrammer(orelse(options_.programmer, "sim"));
+        if (options_.programmer.empty() || !options_.quiet) console_.say(described(choice));
+        return finish(runwith(simulated(choice, device_)));
+    }
+
+  private:
+    static std::string orelse(const std::string& text, const char* otherwise) {
+        return text.empty() ? otherwise : text;
+    }
+    bool reads() const { return !job_.sequence && steps_.front()->name == "read"; }
+
+    ConsoleOptions consoleoptionsfor() const {
+        ConsoleOptions console = consoleoptions(options_);
+        console.differencesaside = true;
+        return console;
+    }
+
+    void checksteps() {
+        if (steps_.empty()) refuseusage("no steps, expected some of " + device_.operationlist());
+        for (const Operation* step : steps_)
+            if (!device_.has(*step))
+                refuseusage(device_.name + " cannot do \"" + std::string(step->name) +
+                            "\", expected one of " + device_.operationlist());
+        if (reads()) format_ = outputformat(device_, job_.file, fileformat(options_));
+    }
+
+    void loadfile() {
+        if (job_.file.empty()) return;
+        data_ = loaddata(device_, job_.file, fileformat(options_));
+        checkdata(device_, *data_, steps_);
+        if (data_->gives("config") && !hasstep("config") && hasstep("program"))
+            console_.say(job_.file +
+                         " gives configuration bytes; program does not write them, "
+                         "config does");
+        if (data_->secured == true && !hasstep("secure") && hasstep("program"))
+            console_.say(job_.file +
+                         " asks for the security fuse; program does not write it, "
+                         "secure does");
+    }
+    bool hasstep(std::string_view name) const {
+        for (const Operation* step : steps_)
+            if (step->name == name) return true;
+        return false;
+    }
+
+    RunReport runwith(const ProgrammerFactory& makeprogrammer) {
+        const InterruptWatch stop;
+        const RunRequest request{.device = device_,
+                                 .steps = steps_,
+                                 .sequence = job_.sequence,
+                                 .data = data_ ? data_->parts : std::vector<BufferPart>{},
+                                 .language = language_};
+        const auto start = std::chrono::steady_clock::now();
+        RunReport report = runondevice(request, makeprogrammer, console_);
+        seconds_ = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+        return report;
+    }
+
+    int finish(const RunReport& report) {
+        RunResult result{.device = device_,
+                         .steps = steps_,
+                         .report = report,
+                         .differences = differencesin(report.log),
+                         .file = job_.file,
+                         .seconds = seconds_};
+        const int status = result.status();
+        if (reads() && status == exitstatus::well)
+            writeoutput(job_.file, filetext(device_, report.buffer, format_), options_.force);
+        if (options_.json)
+            std::cout << jsonof(result) << '\n';
+        else
+            for (const Difference& one : result.differences) std::cout << one.line << '\n';
+        std::cout.flush();
+        if (!options_.quiet || status != exitstatus::well) console_.say(summaryof(result));
+        return status;
+    }
+
+    const DeviceJob& job_;
+    const DeviceOptions& options_;
+    Device device_;
+    std::vector<const Operation*> steps_;
+    std::int32_t language_;
+    Console console_;
+    std::optional<DeviceData> data_;
+    FileFormat format_ = FileFormat::raw;
+    double seconds_ = 0;
+};
+
+}  // namespace
+
+int rundevicejob(const DeviceJob& job, const DeviceOptions& options) {
+    return DeviceCommand(job, options).run();
+}
+
+}  // namespace keld2::host

@@ -1,0 +1,73 @@
+#include "host/commands/deviceoptions.h"
+
+#include "host/hosterror.h"
+#include "host/run/hosttexts.h"
+#include "host/text/boxtext.h"
+
+namespace keld2::host {
+
+namespace {
+
+[[noreturn]] void refuse(const std::string& option, const std::string& value,
+                         const std::string& expected) {
+    throw HostError(exitstatus::usage,
+                    option + " " + value + ": is not known, expected " + expected);
+}
+
+}  // namespace
+
+void adddeviceoptions(CLI::App& program, DeviceOptions& options) {
+    program.fallthrough();
+    constexpr auto group = "Options of the commands on a device";
+    program.add_option("-d,--device", options.device, "the device, as \"devices list\" names it")
+        ->envname("KELD2_DEVICE")
+        ->group(group);
+    program
+        .add_option("-p,--programmer", options.programmer,
+                    "the programmer: sim[:image=FILE][,fault=FAULT]... (default: sim)")
+        ->group(group);
+    program
+        .add_option("--format", options.format,
+                    "the format of the file: " + formatnames() + " (default: by its ending)")
+        ->group(group);
+    program
+        .add_option("--language", options.language,
+                    "language of the plug-in's texts: " + languagecodes())
+        ->group(group);
+    program.add_option("--progress", options.progress, "auto, bar, lines or none")->group(group);
+    program
+        .add_option("--on-box", options.onbox,
+                    "answers questions: ok, cancel, abort, retry or ignore")
+        ->group(group);
+    program.add_flag("-q,--quiet", options.quiet, "no log and no progress")->group(group);
+    program.add_flag("--json", options.json, "the result as JSON on standard output")->group(group);
+    program.add_flag("--force", options.force, "overwrites an existing file")->group(group);
+}
+
+ConsoleOptions consoleoptions(const DeviceOptions& options) {
+    ConsoleOptions console;
+    const auto style = progressstylenamed(options.progress);
+    if (!style) refuse("--progress", options.progress, "auto, bar, lines or none");
+    console.progress = *style;
+    console.quiet = options.quiet;
+    if (!options.onbox.empty()) {
+        console.onbox = boxanswerof(options.onbox);
+        if (!console.onbox) refuse("--on-box", options.onbox, "ok, cancel, abort, retry or ignore");
+    }
+    return console;
+}
+
+std::int32_t languageoffset(const DeviceOptions& options) {
+    const auto offset = languagenamed(options.language);
+    if (!offset) refuse("--language", options.language, "one of " + languagecodes());
+    return *offset;
+}
+
+std::optional<FileFormat> fileformat(const DeviceOptions& options) {
+    if (options.format.empty()) return std::nullopt;
+    const auto format = formatnamed(options.format);
+    if (!format) refuse("--format", options.format, formatnames());
+    return format;
+}
+
+}  // namespace keld2::host

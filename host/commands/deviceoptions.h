@@ -1,0 +1,36 @@
+// The options that the commands on a device share.
+#pragma once
+
+#include <CLI/CLI.hpp>
+
+#include <filesystem>
+#include <optional>
+#include <string>
+
+#include "host/commands/console.h"
+#include "host/files/imagefile.h"
+#include "host/programmer/programmer.h"
+
+namespace keld2::host {
+
+struct DeviceOptions {
+    std::string device;
+    std::string programmer;  // empty: the simulated one
+    std::string language = "en";
+    std::string progress = "auto";
+    std::string onbox;   // empty: boxes are asked
+    std::string format;  // empty: by the file name's ending
+    bool quiet = false;
+    bool json = false;
+    bool force = false;
+};
+
+// Adds the options to the program; they may stand before and behind the command.
+void adddeviceoptions(CLI::App& program, DeviceOptions& options);
+
+// The options' values. Throw HostError (64) with what is wrong and what was expected.
+ConsoleOptions consoleoptions(const DeviceOptions& options);
+std::int32_t languageoffset(const DeviceOptions& options);
+std::optional<FileFormat> fileformat(const DeviceOptions& options);
+
+}  // namespace keld2::host

@@ -1,0 +1,29 @@
+// The programmer that a run works on, as -p names it.
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "host/catalogue/device.h"
+#include "host/programmer/sessionprogrammer.h"
+
+namespace keld2::host {
+
+// sim[:image=FILE][,fault=FAULT]...
+struct ProgrammerChoice {
+    std::optional<std::filesystem::path> image;  // keeps the state of the simulated chip
+    std::vector<std::string> faults;
+};
+
+// Throws HostError (64) that says what is wrong and what was expected.
+ProgrammerChoice parseprogrammer(const std::string& text);
+// One line that tells the user what the run works on.
+std::string described(const ProgrammerChoice& choice);
+
+// The simulated programmer with the device's chip in its socket. Throws HostError: 65 when the
+// device's [sim] table or the chip's image cannot be used, 64 for a fault that is not known.
+ProgrammerFactory simulated(const ProgrammerChoice& choice, const Device& device);
+
+}  // namespace keld2::host

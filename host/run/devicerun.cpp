@@ -1,0 +1,212 @@
+#include "host/run/devicerun.h"
+
+#include <algorithm>
+
+#include "host/hosterror.h"
+#include "host/programmer/devcoredecorator.h"
+#include "host/run/hosttexts.h"
+#include "host/run/runplatform.h"
+#include "platform/numbers.h"
+#include "plugin/clskeld2.h"
+
+namespace keld2::host {
+
+namespace {
+
+constexpr std::int16_t instance = 0;
+constexpr std::uint8_t blankbyte = 255;
+constexpr std::uint8_t blankfuse = '1';
+
+// What the calls on the programmer tell of a run that leaves no other sign.
+struct Signs {
+    bool refused = false;     // readyfail was called
+    bool modefailed = false;  // the mode for the device could not be set
+    bool finished = false;    // the end-of-run signal was given
+};
+
+class WatchedDevCore final : public DevCoreDecorator {
+  public:
+    WatchedDevCore(std::unique_ptr<DevCore> inner, Signs& signs, RunPlatform& platform)
+        : DevCoreDecorator(std::move(inner)), signs_(signs), platform_(platform) {}
+
+    void readyfail() override {
+        signs_.refused = true;
+        inner().readyfail();
+    }
+    int modeselect(std::uint8_t mode) override { return note(inner().modeselect(mode)); }
+    int modeselect2(std::uint8_t mode, int second) override {
+        return note(inner().modeselect2(mode, second));
+    }
+    int modeselect3(std::uint8_t mode, int second) override {
+        return note(inner().modeselect3(mode, second));
+    }
+    void signalpass(std::uint8_t zero) override {
+        signs_.finished = true;
+        inner().signalpass(zero);
+    }
+    void signalfail(std::uint8_t zero) override {
+        signs_.finished = true;
+        inner().signalfail(zero);
+    }
+    void qrun() override {
+        inner().qrun();
+        platform_.look();
+    }
+
+  private:
+    int note(int answer) {
+        constexpr int failed = 2;
+        signs_.modefailed = answer == failed;
+        return answer;
+    }
+
+    Signs& signs_;
+    RunPlatform& platform_;
+};
+
+class DeviceRun {
+  public:
+    DeviceRun(const RunRequest& request, const ProgrammerFactory& makeprogrammer,
+              RunListener& listener)
+        : request_(request),
+          platform_(listener),
+          programmer_(makeprogrammer({.job = request.device.path,
+                                      .machine = platform_,
+                                      .trace = trace_,
+                                      .host = platform_.variables()})) {}
+
+    RunReport run() {
+        prepare();
+        Module module(programmer_->platform(), external());
+        ClsKELD2 plugin(module);
+        plugin.bufcomkeld2(instance);
+        plugin.sinitkeld2();
+        plugin.keld2warn(s().wwarnno[0]);
+        filldata();
+        const bool usb = true;
+        plugin.runKeld2Prg(usb);
+        platform_.look();
+        programmer_->finish();
+        return report();
+    }
+
+  private:
+    SharedVariables& s() { return platform_.variables(); }
+
+    void prepare() {
+        s().maprows(instance, {});
+        for (const SharedSetting& setting : request_.device.shared) apply(setting, s());
+        s().mapbuffers({});
+        const bool fuses = request_.device.content == Content::fuses;
+        std::fill_n(s().ibuffer.data(), s().ibuffer.size(), fuses ? blankfuse : blankbyte);
+        writetexts(s(), request_.device, request_.language);
+        writesteps();
+    }
+
+    void writesteps() {
+        s().prgresult[1] = 0;
+        s().wautonum[0] = 0;
+        if (!request_.sequence) {
+            s().prgresult[1] = static_cast<std::uint8_t>(request_.steps.at(0)->number);
+            return;
+        }
+        s().wautonum[0] = static_cast<std::uint8_t>(request_.steps.size());
+        for (std::size_t i = 0; i < request_.steps.size(); ++i)
+            s().autoprg[static_cast<std::int64_t>(i)] =
+                static_cast<std::uint8_t>(request_.steps[i]->number);
+    }
+
+    void filldata() {
+        for (const BufferPart& part : request_.data) {
+            const auto length = static_cast<std::int64_t>(part.bytes.size());
+            if (length == 0) continue;
+            if (!s().ibuffer.holds(part.offset, part.offset + length - 1))
+                throw HostError(exitstatus::programfault, "data outside the main buffer");
+            std::copy(part.bytes.begin(), part.bytes.end(), s().ibuffer.data() + part.offset);
+        }
+    }
+
+    External external() {
+        return {
+            .devcore = [this](SharedVariables& views) -> std::unique_ptr<DevCore> {
+                return std::make_unique<WatchedDevCore>(programmer_->devcore(views), signs_,
+                                                        platform_);
+            },
+            .transport = [this](SharedVariables& views) { return programmer_->transport(views); }};
+    }
+
+    RunReport::Outcome outcome() {
+        using Outcome = RunReport::Outcome;
+        if (signs_.refused) return Outcome::refused;
+        switch (s().prgresult.acquire(0)) {
+            case exitstatus::stopped:
+                return Outcome::stopped;
+            case exitstatus::timedout:
+                return Outcome::timedout;
+            case exitstatus::badalgorithm:
+                return Outcome::badalgorithm;
+            case exitstatus::well:
+                break;
+            default:
+                return Outcome::failed;
+        }
+        if (signs_.finished) return Outcome::well;
+        if (signs_.modefailed) return Outcome::modefailed;
+        return platform_.boxanswered() ? Outcome::aborted : Outcome::notserved;
+    }
+
+    // By the result lines of the log, which come in the order of the steps.
+    std::size_t stepsdone() {
+        std::size_t done = 0;
+        for (const std::string& line : platform_.lines())
+            if (done < request_.steps.size() && line == wellline(*request_.steps[done])) ++done;
+        return done;
+    }
+    std::string wellline(const Operation& step) {
+        return ">>" + utf8(s().MainmnuPrg[step.number].text() + s().prgnote[2].text());
+    }
+
+    RunReport report() {
+        return {.outcome = outcome(),
+                .done = stepsdone(),
+                .percent = s().prgmode[1],
+                .log = platform_.lines(),
+                .buffer = {s().ibuffer.data(), s().ibuffer.data() + s().ibuffer.size()}};
+    }
+
+    const RunRequest& request_;
+    Signs signs_;
+    TraceLog trace_;  // the programmer counts by it; nothing is written
+    RunPlatform platform_;
+    std::unique_ptr<SessionProgrammer> programmer_;
+};
+
+}  // namespace
+
+int exitstatusof(RunReport::Outcome outcome) {
+    using Outcome = RunReport::Outcome;
+    switch (outcome) {
+        case Outcome::well:
+            return exitstatus::well;
+        case Outcome::stopped:
+            return exitstatus::stopped;
+        case Outcome::timedout:
+            return exitstatus::timedout;
+        case Outcome::badalgorithm:
+            return exitstatus::badalgorithm;
+        default:
+            return exitstatus::failed;
+    }
+}
+
+bool isdifference(const std::string& line) {
+    return line.size() > 10 && line.starts_with(">> ") &&
+           line.find_first_not_of("0123456789ABCDEF", 3) == 9 && line[9] == ' ';
+}
+
+RunReport runondevice(const RunRequest& request, const ProgrammerFactory& makeprogrammer,
+                      RunListener& listener) {
+    return DeviceRun(request, makeprogrammer, listener).run();
+}
+
+}  // namespace keld2::host

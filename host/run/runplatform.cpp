@@ -1,0 +1,51 @@
+#include "host/run/runplatform.h"
+
+#include <unistd.h>
+
+#include <atomic>
+
+#include "host/hosterror.h"
+#include "platform/numbers.h"
+
+namespace keld2::host {
+
+// Blocks that a killed host has left behind go first.
+std::string RunPlatform::ownscope() {
+    static std::atomic<int> count{0};
+    removeleftovers("keld2-run-");
+    return "keld2-run-" + std::to_string(getpid()) + "-" + std::to_string(count++) + "-";
+}
+
+// A stop is written at every service as long as the run goes on: some procedures clear the result
+// cell before they wait.
+void RunPlatform::service() {
+    auto& result = variables_.prgresult;
+    if (listener_.stopasked() && result.acquire(0) == exitstatus::well)
+        result.release(0, exitstatus::stopped);
+    look();
+    PosixPlatform::service();
+}
+
+void RunPlatform::look() {
+    log_.poll();
+    listener_.progress(variables_.prgmode[1]);
+}
+
+BoxAnswer RunPlatform::messagebox(const Box& box) {
+    look();
+    const BoxAnswer answer = listener_.box(box);
+    boxanswered_ |= answer == BoxAnswer::abort || answer == BoxAnswer::cancel;
+    return answer;
+}
+
+void RunPlatform::window(std::string_view, const WindowChange& change) {
+    look();
+    if (change.kind == WindowChange::Kind::caption) listener_.step(utf8(change.text));
+}
+
+void RunPlatform::take(const std::string& line) {
+    lines_.push_back(line);
+    listener_.logline(line);
+}
+
+}  // namespace keld2::host

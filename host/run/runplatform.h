@@ -1,0 +1,44 @@
+// RunPlatform: the machine of a run, watched for the one who shows it.
+#pragma once
+
+#include "host/run/devicerun.h"
+#include "host/run/logfollower.h"
+#include "platform/posix/posixplatform.h"
+
+namespace keld2::host {
+
+// Its blocks have names of their own, so that any number of hosts work side by side.
+class RunPlatform final : public PosixPlatform {
+  public:
+    explicit RunPlatform(RunListener& listener)
+        : PosixPlatform({.scope = ownscope()}),
+          listener_(listener),
+          variables_(memory(), PosixPlatform::strings()),
+          log_(variables_, [this](const std::string& line) { take(line); }),
+          strings_(PosixPlatform::strings(), [this] { log_.poll(); }) {}
+
+    SharedStrings& strings() override { return strings_; }
+    void service() override;
+    BoxAnswer messagebox(const Box& box) override;
+    void window(std::string_view name, const WindowChange& change) override;
+
+    // Shows what has changed; more often than the message loop is served.
+    void look();
+
+    SharedVariables& variables() { return variables_; }  // the host's views
+    const std::vector<std::string>& lines() const { return lines_; }
+    bool boxanswered() const { return boxanswered_; }
+
+  private:
+    static std::string ownscope();
+    void take(const std::string& line);
+
+    RunListener& listener_;
+    SharedVariables variables_;
+    LogFollower log_;
+    FollowedStrings strings_;
+    std::vector<std::string> lines_;
+    bool boxanswered_ = false;  // with Abort or Cancel
+};
+
+}  // namespace keld2::host
