@@ -130,10 +130,11 @@ void FixedLogicChip::idle(std::uint32_t instruction, std::int64_t microseconds) 
 void FixedLogicChip::fetchrow() {
     fetched_.assign(device_.width, readable());
     if (!readable()) return;
-    for (std::size_t row = 0; row < select_.size(); ++row)
-        if (select_[row])
-            for (std::size_t i = 0; i < device_.width; ++i)
-                fetched_[i] = fetched_[i] && fuses_[row * device_.width + i];
+    for (std::size_t row = 0; row < device_.rows; ++row) {
+        if (!select_[device_.rows - 1 - row]) continue;
+        for (std::size_t i = 0; i < device_.width; ++i)
+            fetched_[i] = fetched_[i] && fuses_[row * device_.width + i];
+    }
 }
 
 void FixedLogicChip::programrow() {

@@ -64,7 +64,7 @@ class FixedLogicChip final : public TapChip {
     bool pending_ = false;      // a pulse has not been given yet
     std::int64_t stay_ = 0;     // µs in Run-Test/Idle since the last update
     std::uint32_t row_ = 0;     // of the next program pulse
-    RegisterCells select_;      // one cell a row
+    RegisterCells select_;      // one cell a row; row 0 is the one next to TDI
     RegisterCells data_;        // what the next program pulse writes
     RegisterCells fetched_;     // the row last read from the array
 };

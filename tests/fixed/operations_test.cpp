@@ -63,7 +63,7 @@ TEST_P(EachSetting, ReadStoresMapAndUserCode) {
     bench_.bulk.emplace_back(bench_.rows(map_));
     bench_.samples = bench_.usercode(usercode);
     bench_.run(read);
-    EXPECT_EQ(bench_.cells(0, fuses_), map_);
+    EXPECT_TRUE(bench_.cells(0, fuses_) == map_);
     EXPECT_EQ(bench_.cells(fuses_, 32), usercode);
     EXPECT_THAT(bench_.log(), HasSubstr(">>op OK"));
 }
@@ -196,7 +196,7 @@ TEST(FixedOperations, FailedTransferEndsAsTimeOut) {
         bench.run(op);
         EXPECT_EQ(bench.s().prgresult[0], 3);
         EXPECT_THAT(bench.log(), HasSubstr("late\n"));
-        EXPECT_EQ(bench.cells(0, 17232), std::string(17232, '1')) << "nothing is stored";
+        EXPECT_TRUE(bench.cells(0, 17232) == std::string(17232, '1')) << "nothing is stored";
         EXPECT_EQ(bench.count("regread 4"), 0U);
     }
 }

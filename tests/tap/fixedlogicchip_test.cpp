@@ -51,7 +51,7 @@ struct Bench {
     std::string readrow(std::size_t row, std::int64_t microseconds = 600) {
         ir(1);
         std::string select(device.rows, '0');
-        select[row] = '1';
+        select[device.rows - 1 - row] = '1';
         dr(select);
         ir(42);
         chip.elapse(microseconds);

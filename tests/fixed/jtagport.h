@@ -8,7 +8,7 @@
 
 #include "sim/tapchip.h"
 
-namespace keld2::sim {
+namespace keld2::testing {
 
 // A line: one bit of a pin-driver register.
 struct LinePlace {
@@ -29,7 +29,7 @@ enum class ListMode : std::uint8_t { off = 0, fixedlogic = 10, run = 42 };
 class JtagPort {
   public:
     // The chip must outlive the port.
-    JtagPort(const JtagWiring& wiring, TapChip& chip) : wiring_(wiring), chip_(chip) {}
+    JtagPort(const JtagWiring& wiring, sim::TapChip& chip) : wiring_(wiring), chip_(chip) {}
 
     // Whether a register number names a shift code instead of a register.
     static bool isshiftcode(std::uint8_t reg);
@@ -47,8 +47,8 @@ class JtagPort {
     void shiftout(std::uint8_t value, bool highfirst);
 
     const JtagWiring wiring_;
-    TapChip& chip_;
+    sim::TapChip& chip_;
     std::array<std::uint8_t, 256> registers_{};
 };
 
-}  // namespace keld2::sim
+}  // namespace keld2::testing

@@ -1,6 +1,6 @@
-#include "sim/jtagport.h"
+#include "fixed/jtagport.h"
 
-namespace keld2::sim {
+namespace keld2::testing {
 
 namespace {
 
@@ -117,4 +117,4 @@ void JtagPort::shiftout(std::uint8_t value, bool highfirst) {
     }
 }
 
-}  // namespace keld2::sim
+}  // namespace keld2::testing
