@@ -7,6 +7,7 @@ install(TARGETS tq5keld2 EXPORT tq5keld2Targets
   INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/tq5keld2)
 foreach(room external platform platform/posix shared plugin plugin/texts)
   file(GLOB headers CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/src/${room}/*.h)
+  list(FILTER headers EXCLUDE REGEX "/dispatch\\.h$")  # works on rooms that stay inside
   install(FILES ${headers} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/tq5keld2/${room})
 endforeach()
 

@@ -54,7 +54,7 @@ class PrintingDevCore final : public keld2::DevCore {
     void loadalgobuf(std::int32_t&) override {}
 
   private:
-    static constexpr std::uint8_t idbytes[3] = {0x1E, 0x93, 0x07};
+    static constexpr std::uint8_t idbytes[3] = {0x5A, 0x41, 0x07};
     int next = 0;
 };
 
@@ -84,12 +84,12 @@ int main() {
     s.bgndpin[0] = 20;
     s.prgresult[1] = 1;  // start the chip and read its id, but carry out no operation
     s.chipidtestmode[0] = keld2::Flag::yes;
-    s.compid[0] = 0x1E;
-    s.typeid_[0] = 0x93;
+    s.compid[0] = 0x5A;
+    s.typeid_[0] = 0x41;
     s.prgnote[9] = u"maker ";
     s.prgnote[10] = u"device ";
     plugin.runKeld2Prg(false);
     const std::u16string log = s.MainRtstr[0];
     std::fputs(keld2::utf8(log).c_str(), stdout);
-    return s.prgresult[0] == 0 && log.find(u"1E   device 9307") != std::u16string::npos ? 0 : 1;
+    return s.prgresult[0] == 0 && log.find(u"5A   device 4107") != std::u16string::npos ? 0 : 1;
 }

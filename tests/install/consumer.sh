@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Installs the build into a folder of its own, builds the example against it and runs it.
+# Installs the build into a folder of its own, builds the example against it and runs it; then
+# checks that no installed header needs one that is not.
 # usage: consumer.sh BUILD_DIR SOURCE_DIR
 set -euo pipefail
 work=$(mktemp -d)
@@ -9,3 +10,8 @@ cmake -S "$2/examples/consumer" -B "$work/build" -DCMAKE_PREFIX_PATH="$work/pref
     { cat "$work/configure.log"; exit 1; }
 cmake --build "$work/build" >"$work/build.log" 2>&1 || { cat "$work/build.log"; exit 1; }
 "$work/build/consumer"
+
+headers="$work/prefix/include/tq5keld2"
+cd "$headers"
+find . -name '*.h' | sed 's|^\./\(.*\)|#include "\1"|' | sort >"$work/headers.cpp"
+"${CXX:-c++}" -std=c++20 -fsyntax-only -I "$headers" "$work/headers.cpp"

@@ -130,12 +130,16 @@ TEST(PosixPlatform, ATimerEndsALongWait) {
 }
 
 TEST(PosixPlatform, ANewTimerBeginsANewWait) {
-    PosixPlatform platform;
-    for (int i = 0; i < 50; ++i) platform.service();
-    platform.settimer(5000, [] {});
-    const auto start = Clock::now();
-    for (int i = 0; i < 20; ++i) platform.service();
-    EXPECT_LT(Clock::now() - start, 100ms);  // 20 long waits take 160
+    Clock::duration best = 1h;
+    for (int i = 0; i < 5 && best >= 100ms; ++i) {  // a busy machine
+        PosixPlatform platform;
+        for (int k = 0; k < 50; ++k) platform.service();
+        platform.settimer(5000, [] {});
+        const auto start = Clock::now();
+        for (int k = 0; k < 20; ++k) platform.service();
+        best = std::min(best, Clock::now() - start);
+    }
+    EXPECT_LT(best, 100ms);  // 20 long waits take 160
 }
 
 TEST(PosixPlatform, AnswersBoxesSafelyWhenNobodyIsThere) {
