@@ -7,6 +7,7 @@
 #include "host/cli/jobcommand.h"
 #include "host/commands/cataloguecommands.h"
 #include "host/commands/devicecommands.h"
+#include "host/commands/editcommand.h"
 #include "host/hosterror.h"
 
 namespace keld2::host {
@@ -20,6 +21,7 @@ int runcli(int argc, const char* const* argv) {
     adddeviceoptions(program, options);
     adddevicecommands(program, options, status);
     addcataloguecommands(program, options, status);
+    addeditcommand(program, options, status);
     addjobcommand(program, status);
     try {
         program.parse(argc, argv);
