@@ -16,7 +16,8 @@ class FuseView final : public QWidget {
     explicit FuseView(QWidget* parent = nullptr);
 
     // cells: a character a fuse, '1' for an unprogrammed one.
-    void setfuses(const std::vector<std::uint8_t>& cells, const std::set<std::int64_t>& differences);
+    void setfuses(const std::vector<std::uint8_t>& cells,
+                  const std::set<std::int64_t>& differences);
     const QImage& image() const { return image_; }
     // Fuses a row: the divisor of the count that gives the picture the shape nearest to a square.
     static int columns(std::int64_t count);
