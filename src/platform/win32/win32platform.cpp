@@ -5,11 +5,15 @@
 #include <algorithm>
 #include <array>
 
+#include "platform/win32/formwindow.h"
+
 namespace keld2 {
 
 namespace {
 
 std::wstring wide(const std::u16string& text) { return {text.begin(), text.end()}; }
+
+std::int64_t now() { return static_cast<std::int64_t>(GetTickCount64()); }  // ms
 
 UINT boxflags(const Box& box) {
     constexpr std::array<UINT, 3> buttons{MB_OK, MB_OKCANCEL, MB_ABORTRETRYIGNORE};
@@ -81,7 +85,7 @@ Win32Platform::~Win32Platform() { CloseHandle(wakeevent_); }
 
 void Win32Platform::service() {
     const bool messages = servemessages();
-    const bool timers = runtimers();
+    const bool timers = timers_.run(now());
     if (messages || timers) return;
     HANDLE event = wakeevent_;
     MsgWaitForMultipleObjects(1, &event, FALSE, 1, QS_ALLINPUT);
@@ -102,23 +106,8 @@ bool Win32Platform::servemessages() {
     return any;
 }
 
-bool Win32Platform::runtimers() {
-    const std::uint64_t now = GetTickCount64();
-    const auto due =
-        std::ranges::find_if(timers_, [now](const auto& t) { return t.second.due <= now; });
-    if (due == timers_.end()) return false;
-    due->second.due = now + static_cast<std::uint64_t>(due->second.interval);
-    const std::function<void()> handler = due->second.handler;  // it may kill its timer
-    handler();
-    return true;
-}
-
 TimerId Win32Platform::settimer(std::int32_t milliseconds, std::function<void()> handler) {
-    const std::int32_t interval = std::max(milliseconds, 1);
-    timers_[++lasttimer_] = {.due = GetTickCount64() + static_cast<std::uint64_t>(interval),
-                             .interval = interval,
-                             .handler = std::move(handler)};
-    return lasttimer_;
+    return timers_.add(now(), milliseconds, std::move(handler));
 }
 
 BoxAnswer Win32Platform::messagebox(const Box& box) {
@@ -142,6 +131,6 @@ double Win32Platform::secondssincemidnight() {
     return now.wHour * 3600.0 + now.wMinute * 60.0 + now.wSecond + now.wMilliseconds / 1000.0;
 }
 
-void Win32Platform::showform(Form&) {}
+void Win32Platform::showform(Form& form) { showformwindow(form); }
 
 }  // namespace keld2

@@ -1,9 +1,8 @@
 // The machine of the Windows host: its message loop, its boxes, its current folder.
 #pragma once
 
-#include <map>
-
 #include "platform/platform.h"
+#include "platform/timerlist.h"
 #include "platform/win32/win32memory.h"
 #include "platform/win32/win32strings.h"
 
@@ -21,7 +20,7 @@ class Win32Platform : public Platform {
     void service() override;
     void wake() override;
     TimerId settimer(std::int32_t milliseconds, std::function<void()> handler) override;
-    void killtimer(TimerId id) override { timers_.erase(id); }
+    void killtimer(TimerId id) override { timers_.remove(id); }
     BoxAnswer messagebox(const Box& box) override;
     void showform(Form& form) override;
     void window(std::string_view, const WindowChange&) override {
@@ -30,19 +29,11 @@ class Win32Platform : public Platform {
     double secondssincemidnight() override;
 
   private:
-    struct Timer {
-        std::uint64_t due;      // ms, of the system's tick count
-        std::int32_t interval;  // ms
-        std::function<void()> handler;
-    };
-
     bool servemessages();
-    bool runtimers();
 
     Win32Memory memory_;
     Win32Strings strings_;
-    std::map<TimerId, Timer> timers_;
-    TimerId lasttimer_ = 0;
+    TimerList timers_;
     void* wakeevent_;
 };
 
