@@ -22,7 +22,7 @@ int runcli(int argc, const char* const* argv) {
     adddevicecommands(program, options, status);
     addcataloguecommands(program, options, status);
     addeditcommand(program, options, status);
-    addjobcommand(program, status);
+    addjobcommand(program, options, status);
     try {
         program.parse(argc, argv);
         return status;

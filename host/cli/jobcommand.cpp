@@ -1,7 +1,11 @@
 #include "host/cli/jobcommand.h"
 
+#include <algorithm>
+#include <array>
 #include <memory>
 
+#include "host/catalogue/catalogue.h"
+#include "host/commands/attendedprogrammer.h"
 #include "host/hosterror.h"
 #include "host/job/session.h"
 
@@ -16,24 +20,46 @@ struct JobArguments {
     std::optional<std::filesystem::path> actions, formlog;  // of the editors
 };
 
-ProgrammerFactory simulated() {
-    throw HostError(exitstatus::programfault,
-                    "this build has no simulated programmer, expected --replay FILE");
+// The chip is the one that the job's numbers and supply pins are meant for.
+bool fits(const Device& device, const Job& job) {
+    constexpr std::array variables{"prgmode", "tlength", "bvccpin", "bgndpin"};
+    return std::ranges::all_of(variables, [&](std::string_view variable) {
+        return device.value(variable) == settingof(job.shared, variable);
+    });
 }
 
-int runjob(const JobArguments& arguments) {
+// The device whose chip is in the socket.
+Device deviceof(const Job& job, const DeviceOptions& options) {
+    const Catalogue catalogue = Catalogue::standard();
+    if (!options.device.empty()) return catalogue.find(options.device);
+    for (const std::string& name : catalogue.names())
+        if (Device device = catalogue.find(name); fits(device, job)) return device;
+    throw HostError(exitstatus::data, job.path.string() +
+                                          ": no device of the catalogue has its prgmode, tlength, "
+                                          "bvccpin and bgndpin, expected -d DEVICE for the chip in "
+                                          "the simulated programmer's socket, or --replay FILE");
+}
+
+ProgrammerFactory programmerof(const Job& job, const JobArguments& arguments,
+                               const DeviceOptions& options) {
+    if (arguments.replay) return replayed(*arguments.replay);
+    const std::string programmer = options.programmer.empty() ? "sim" : options.programmer;
+    return attended(simulated(parseprogrammer(programmer), deviceof(job, options)),
+                    consoleoptions(options).onbox);
+}
+
+int runjob(const JobArguments& arguments, const DeviceOptions& options) {
     const Job job = readjob(arguments.job);
     const auto forms = makefrontend(arguments.actions, arguments.formlog);
-    return runsession(job, arguments.replay ? replayed(*arguments.replay) : simulated(),
-                      arguments.output, forms.get());
+    return runsession(job, programmerof(job, arguments, options), arguments.output, forms.get());
 }
 
 }  // namespace
 
-void addjobcommand(CLI::App& program, int& status) {
+void addjobcommand(CLI::App& program, const DeviceOptions& options, int& status) {
     const auto arguments = std::make_shared<JobArguments>();
     SessionOutput& output = arguments->output;
-    CLI::App* command = program.add_subcommand("job", "Makes one host session as a job file says");
+    CLI::App* command = program.add_subcommand("job", "makes one host session as a job file says");
     command->add_option("JOB.toml", arguments->job, "the job file")->required();
     command->add_option("--replay", arguments->replay, "answers that stand in for the programmer");
     command->add_option("--record", output.record, "writes what the programmer answered");
@@ -48,7 +74,7 @@ void addjobcommand(CLI::App& program, int& status) {
                                                "answers the editors, one JSON action a line");
     command->add_option("--form-log", arguments->formlog, "writes what the editors show as JSON")
         ->needs(actions);
-    command->callback([arguments, &status] { status = runjob(*arguments); });
+    command->callback([arguments, &options, &status] { status = runjob(*arguments, options); });
 }
 
 }  // namespace keld2::host
