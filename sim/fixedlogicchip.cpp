@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "sim/jtagchip.h"
+
 namespace keld2::sim {
 
 namespace {
@@ -23,23 +25,21 @@ constexpr std::uint32_t readrow = 0x2A;
 
 constexpr std::size_t usercodebits = 32;
 
-// A pulse takes cells to 0 where data is 0, and leaves the others.
-void burn(RegisterCells& cells, std::size_t first, const RegisterCells& data) {
-    for (std::size_t i = 0; i < data.size(); ++i)
-        if (!data[i]) cells[first + i] = false;
-}
-
 }  // namespace
 
-FixedLogicChip::FixedLogicChip(const FixedLogicDevice& device)
+FixedLogicChip::FixedLogicChip(const FixedLogicDevice& device, const Faults& faults)
     : device_(device),
-      fuses_(std::size_t{device.rows} * device.width, true),
-      usercode_(usercodebits, true) {
+      fuses_(device.rows * device.width, faults.stuck),
+      usercode_(usercodebits),
+      security_(1) {
+    if (faults.wrongid) device_.code[0] ^= 0xFF;
     poweroff();
 }
 
-void FixedLogicChip::setusercode(std::uint32_t code) {
-    for (std::size_t i = 0; i < usercodebits; ++i) usercode_[i] = (code >> i & 1) != 0;
+std::vector<StateSection> FixedLogicChip::state() {
+    return {{"fuses", fuses_.bytes()},
+            {"usercode", usercode_.bytes()},
+            {"security", security_.bytes()}};
 }
 
 std::uint32_t FixedLogicChip::resetinstruction() const { return instruction::devicecode; }
@@ -51,13 +51,19 @@ RegisterCells FixedLogicChip::codecells() const {
     return cells;
 }
 
+RegisterCells FixedLogicChip::usercodecells() const {
+    RegisterCells cells(usercodebits);
+    for (std::size_t i = 0; i < usercodebits; ++i) cells[i] = isset(usercode_, i);
+    return cells;
+}
+
 RegisterCells FixedLogicChip::capture(std::uint32_t instruction) {
     switch (instruction) {
         case instruction::devicecode:
             return codecells();
         case instruction::usercode:
         case instruction::programusercode:
-            return usercode_;
+            return usercodecells();
         case instruction::selectrow:
             return RegisterCells(device_.rows);
         case instruction::readrow:
@@ -120,7 +126,7 @@ void FixedLogicChip::idle(std::uint32_t instruction, std::int64_t microseconds) 
         case instruction::discharge:
             return pulse(device_.dischargetime, [this] { charged_ = false; });
         case instruction::secure:
-            return pulse(device_.securetime, [this] { secured_ = true; });
+            return pulse(device_.securetime, [this] { security_.program(0, 0); });
         default:
             return;
     }
@@ -133,12 +139,12 @@ void FixedLogicChip::fetchrow() {
     for (std::size_t row = 0; row < device_.rows; ++row) {
         if (!select_[device_.rows - 1 - row]) continue;
         for (std::size_t i = 0; i < device_.width; ++i)
-            fetched_[i] = fetched_[i] && fuses_[row * device_.width + i];
+            fetched_[i] = fetched_[i] && fuse(row * device_.width + i);
     }
 }
 
 void FixedLogicChip::programrow() {
-    if (row_ < device_.rows && readable()) burn(fuses_, std::size_t{row_} * device_.width, data_);
+    if (row_ < device_.rows && readable()) burn(fuses_, row_ * device_.width, data_);
     ++row_;
 }
 
@@ -146,11 +152,37 @@ void FixedLogicChip::programusercode() {
     if (readable()) burn(usercode_, 0, data_);
 }
 
+// A pulse takes cells to 0 where data is 0, and leaves the others.
+void FixedLogicChip::burn(Cells& cells, std::size_t first, const RegisterCells& data) {
+    for (std::size_t i = 0; i < data.size(); ++i)
+        if (!data[i]) cells.program(first + i, 0xFE);
+}
+
 void FixedLogicChip::erase() {
-    fuses_.assign(fuses_.size(), true);
-    usercode_.assign(usercode_.size(), true);
-    secured_ = false;
+    fuses_.erase();
+    usercode_.erase();
+    security_.erase();
     charged_ = true;
+}
+
+std::unique_ptr<Chip> makefixedlogicchip(SpecReader& spec, const Faults& faults) {
+    constexpr std::int64_t most = 10'000;  // rows, fuses of a row, preload bits
+    constexpr std::int64_t longest = 60'000'000;
+    FixedLogicDevice device;
+    device.rows = static_cast<std::size_t>(spec.integer("rows", 1, most));
+    device.width = static_cast<std::size_t>(spec.integer("width", 1, most));
+    const std::vector<std::int64_t> code = spec.integers("code", 0, 255);
+    if (code.size() != device.code.size()) spec.refuse("code", "has not four bytes");
+    std::ranges::transform(code, device.code.begin(),
+                           [](auto byte) { return static_cast<std::uint8_t>(byte); });
+    device.preloadbits = static_cast<std::size_t>(spec.integer("preload", 1, most));
+    device.fetchtime = spec.integer("fetchtime", 0, longest);
+    device.programtime = spec.integer("programtime", 0, longest);
+    device.erasetime = spec.integer("erasetime", 0, longest);
+    device.dischargetime = spec.integer("dischargetime", 0, longest);
+    device.securetime = spec.integer("securetime", 0, longest);
+    return std::make_unique<JtagChip>(readsocketing(spec),
+                                      std::make_unique<FixedLogicChip>(device, faults));
 }
 
 }  // namespace keld2::sim

@@ -8,16 +8,21 @@
 
 #include <array>
 #include <cstdint>
+#include <memory>
+#include <vector>
 
+#include "sim/cells.h"
+#include "sim/chip.h"
+#include "sim/chipspec.h"
 #include "sim/tapchip.h"
 
 namespace keld2::sim {
 
 struct FixedLogicDevice {
-    std::uint32_t rows = 0;
-    std::uint32_t width = 0;               // fuses of a row
+    std::size_t rows = 0;
+    std::size_t width = 0;                 // fuses of a row
     std::array<std::uint8_t, 4> code{};    // device code, in the order in which it is read
-    std::uint32_t preloadbits = 8;         // length of the preload register
+    std::size_t preloadbits = 8;           // length of the preload register
     std::int64_t fetchtime = 100;          // µs, for a row to be read from the array
     std::int64_t programtime = 5'000;      // µs
     std::int64_t erasetime = 2'000'000;    // µs
@@ -27,15 +32,17 @@ struct FixedLogicDevice {
 
 class FixedLogicChip final : public TapChip {
   public:
-    explicit FixedLogicChip(const FixedLogicDevice& device);  // erased
+    // Erased. A stuck bit is bit 0 of the fuse at its address.
+    explicit FixedLogicChip(const FixedLogicDevice& device, const Faults& faults = {});
 
-    // The non-volatile cells: fuses row by row, then the user code, bit 0 first.
-    const RegisterCells& fuses() const { return fuses_; }
-    const RegisterCells& usercode() const { return usercode_; }
-    bool secured() const { return secured_; }
-    void setfuse(std::size_t address, bool value) { fuses_.at(address) = value; }
-    void setusercode(std::uint32_t code);
-    void setsecured(bool secured) { secured_ = secured; }
+    std::vector<StateSection> state() override;
+
+    bool fuse(std::size_t address) const { return isset(fuses_, address); }
+    void setfuse(std::size_t address, bool value) {
+        fuses_.bytes()[address] = value ? erased : 254;
+    }
+    std::size_t fusecount() const { return fuses_.size(); }
+    bool secured() const { return !isset(security_, 0); }
 
   private:
     std::size_t instructionlength() const override { return 8; }
@@ -47,26 +54,37 @@ class FixedLogicChip final : public TapChip {
     void idle(std::uint32_t instruction, std::int64_t microseconds) override;
 
     RegisterCells codecells() const;
+    RegisterCells usercodecells() const;
     void fetchrow();
     void programrow();
     void programusercode();
     void erase();
-    bool readable() const { return !secured_ && !charged_; }
+    bool readable() const { return !secured() && !charged_; }
 
-    const FixedLogicDevice device_;
-    // Non-volatile.
-    RegisterCells fuses_;
-    RegisterCells usercode_;
-    bool secured_ = false;
+    static bool isset(const Cells& cells, std::size_t address) {
+        return (cells.read(address) & 1) != 0;
+    }
+    static void burn(Cells& cells, std::size_t first, const RegisterCells& data);
+
+    FixedLogicDevice device_;
+    // Non-volatile, a byte a bit: bit 0 of the byte.
+    Cells fuses_;     // row by row
+    Cells usercode_;  // the bit that is shifted first at 0
+    Cells security_;  // one bit, 0 in a secured chip
     // Lost with the power or in a reset.
     bool programming_ = false;  // programming mode
     bool charged_ = false;      // the array is not discharged yet after an erase
     bool pending_ = false;      // a pulse has not been given yet
     std::int64_t stay_ = 0;     // µs in Run-Test/Idle since the last update
-    std::uint32_t row_ = 0;     // of the next program pulse
+    std::size_t row_ = 0;       // of the next program pulse
     RegisterCells select_;      // one cell a row; row 0 is the one next to TDI
     RegisterCells data_;        // what the next program pulse writes
     RegisterCells fetched_;     // the row last read from the array
 };
+
+// Keys: rows, width, code (four bytes, in the order in which they are read), preload (bits),
+// fetchtime, programtime, erasetime, dischargetime, securetime (in microseconds) and those of
+// readsocketing.
+std::unique_ptr<Chip> makefixedlogicchip(SpecReader& spec, const Faults& faults);
 
 }  // namespace keld2::sim

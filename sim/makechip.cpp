@@ -3,6 +3,7 @@
 
 #include "platform/fault.h"
 #include "sim/chipspec.h"
+#include "sim/fixedlogicchip.h"
 #include "sim/serialchip.h"
 
 namespace keld2::sim {
@@ -15,6 +16,7 @@ struct KindRow {
 };
 
 constexpr std::array kinds{
+    KindRow{.kind = "fusearray", .make = makefixedlogicchip},
     KindRow{.kind = "serial", .make = makeserialchip},
 };
 

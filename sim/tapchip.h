@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "sim/chip.h"
 #include "sim/tap.h"
 
 namespace keld2::sim {
@@ -37,7 +38,9 @@ class TapChip {
     void elapse(std::int64_t microseconds);  // time passes while TCK rests
     void poweroff();                         // all but the non-volatile cells is lost
 
-    TapState state() const { return state_; }
+    virtual std::vector<StateSection> state() { return {}; }  // as Chip::state
+
+    TapState tapstate() const { return state_; }
     std::uint32_t instruction() const { return instruction_; }
 
   private:

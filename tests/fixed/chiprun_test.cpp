@@ -2,6 +2,8 @@
 #include <gmock/gmock.h>
 
 #include "fixed/fixedbench.h"
+#include "sim/fixedlogicchip.h"
+#include "sim/jtagchip.h"
 
 namespace keld2 {
 namespace {
@@ -18,12 +20,34 @@ struct Setting {
     std::int32_t fuses;
 };
 
-sim::FixedLogicDevice device(std::int32_t fuses) {
-    const FixedGeometry geometry = findgeometry(fuses);
-    return {.rows = static_cast<std::uint32_t>(geometry.rows),
-            .width = static_cast<std::uint32_t>(geometry.width),
-            .code = acceptedcodes[1]};
-}
+// A chip in the socket of a simulated programmer; chip stays valid as long as the programmer.
+struct Rig {
+    Rig(std::uint8_t family, std::int32_t fuses) {
+        const FixedGeometry geometry = findgeometry(fuses);
+        auto model = std::make_unique<sim::FixedLogicChip>(
+            sim::FixedLogicDevice{.rows = static_cast<std::size_t>(geometry.rows),
+                                  .width = static_cast<std::size_t>(geometry.width),
+                                  .code = acceptedcodes[1]});
+        chip = model.get();
+        const sim::JtagSocketing socketing{
+            .lines = *sim::jtaglines(family),
+            .supplies = {.gndpins = {20}, .vccpins = {40}, .vccmin = 4500, .vccmax = 5500}};
+        programmer = std::make_unique<sim::SimProgrammer>(
+            sim::SimSetting{.chip = std::make_unique<sim::JtagChip>(socketing, std::move(model))});
+        bench = std::make_unique<FixedBench>(family, fuses, programmer.get());
+        bench->s().bvcc[0] = 500;
+        bench->s().bgndpin[0] = 20;
+    }
+    bool allset() const {
+        for (std::size_t i = 0; i < chip->fusecount(); ++i)
+            if (!chip->fuse(i)) return false;
+        return true;
+    }
+
+    sim::FixedLogicChip* chip = nullptr;
+    std::unique_ptr<sim::SimProgrammer> programmer;
+    std::unique_ptr<FixedBench> bench;
+};
 
 // One wiring drives each byte of the user code the other way round than it reads it.
 std::string mirroredbytes(std::string text) {
@@ -40,8 +64,9 @@ class ChipRun : public ::testing::TestWithParam<Setting> {
     }
 
     const std::int32_t fuses_ = GetParam().fuses;
-    sim::FixedLogicChip chip_{device(fuses_)};
-    FixedBench bench_{GetParam().family, fuses_, &chip_};
+    Rig rig_{GetParam().family, fuses_};
+    FixedBench& bench_ = *rig_.bench;
+    sim::FixedLogicChip& chip_ = *rig_.chip;
     const std::string map_ = pattern(fuses_, 11);
 };
 
@@ -117,7 +142,7 @@ TEST_P(ChipRun, ShortPulsesProgramNothing) {
     bench_.s().pwte[0] = 450;  // 4 ms
     bench_.setcells(0, map_);
     EXPECT_EQ(run(program), 1);
-    EXPECT_EQ(chip_.fuses(), sim::RegisterCells(static_cast<std::size_t>(fuses_), true));
+    EXPECT_TRUE(rig_.allset());
 }
 
 // Behind a row of 352 bits comes one pulse more than the way to Run-Test/Idle has: the program
@@ -125,13 +150,13 @@ TEST_P(ChipRun, ShortPulsesProgramNothing) {
 TEST(FixedChip, RowsOf352BitsAreReadButNotProgrammed) {
     for (const std::uint8_t family : testing::fixedmodes) {
         SCOPED_TRACE(int{family});
-        sim::FixedLogicChip chip(device(33440));
-        FixedBench bench(family, 33440, &chip);
+        Rig rig(family, 33440);
+        FixedBench& bench = *rig.bench;
         bench.setcells(0, pattern(33440, 5));
         bench.run(program);
         EXPECT_EQ(bench.s().prgresult[0], 1);
-        EXPECT_EQ(chip.fuses(), sim::RegisterCells(33440, true));
-        chip.setfuse(33439, false);
+        EXPECT_TRUE(rig.allset());
+        rig.chip->setfuse(33439, false);
         bench.run(read);
         EXPECT_TRUE(bench.cells(0, 33440) == std::string(33439, '1') + "0");
     }

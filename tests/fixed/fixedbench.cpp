@@ -5,7 +5,6 @@
 #include <sstream>
 
 #include "platform/numbers.h"
-#include "run/frames.h"
 
 namespace keld2::testing {
 
@@ -81,22 +80,11 @@ void Chip::clock() {
     instructions.push_back(instruction_);
 }
 
-void ChipDevCore::qregwrite(std::int32_t value, std::uint8_t reg) {
-    if (!JtagPort::isshiftcode(reg)) return port_.write(value, reg);
-    if (const auto byte = port_.shift(reg, static_cast<std::uint8_t>(value), mode))
-        readback.push_back(*byte);
-}
-
-FixedBench::FixedBench(std::uint8_t family, std::int32_t fuses, sim::TapChip* chip)
+FixedBench::FixedBench(std::uint8_t family, std::int32_t fuses, sim::SimProgrammer* programmer)
     : PlatformDecorator(machine_),
       family_(findjtagfamily(family)),
       geometry_(findgeometry(fuses)),
-      module_(
-          *this,
-          {.devcore = [this, family, chip](SharedVariables&) { return makedevcore(family, chip); },
-           .transport =
-               [this](SharedVariables&) { return std::make_unique<BenchTransport>(*this); },
-           .helper = {}}) {
+      module_(*this, programmer != nullptr ? simulated(*programmer) : scripted()) {
     ClsKELD2(module_).bufcomkeld2(0);
     s().buflength[0] = fuses;
     ClsKELD2(module_).freesharebufferkeld2();
@@ -114,17 +102,23 @@ FixedBench::FixedBench(std::uint8_t family, std::int32_t fuses, sim::TapChip* ch
     bulk.emplace_back(id(acceptedcodes[0]));
 }
 
-std::unique_ptr<DevCore> FixedBench::makedevcore(std::uint8_t family, sim::TapChip* chip) {
-    if (chip != nullptr) {
-        const JtagPort port(jtagwiring(family).value(), *chip);
-        auto created = std::make_unique<ChipDevCore>(port, *chip);
-        devcore = chipcore_ = created.get();
-        return created;
-    }
-    auto created = std::make_unique<RecordingDevCore>();
-    devcore = created.get();
-    devcore->samples = samples;
-    return created;
+External FixedBench::scripted() {
+    return {
+        .devcore =
+            [this](SharedVariables&) {
+                auto created = std::make_unique<RecordingDevCore>();
+                devcore = created.get();
+                devcore->samples = samples;
+                return created;
+            },
+        .transport = [this](SharedVariables&) { return std::make_unique<BenchTransport>(*this); },
+        .helper = {}};
+}
+
+External FixedBench::simulated(sim::SimProgrammer& programmer) {
+    return {.devcore = [&programmer](SharedVariables& s) { return programmer.devcore(s); },
+            .transport = [&programmer](SharedVariables&) { return programmer.transport(); },
+            .helper = {}};
 }
 
 void FixedBench::run(std::int16_t op) {
@@ -188,20 +182,12 @@ int FixedBench::usbcomwrite(std::span<const std::uint8_t> frame) {
     std::string text = "frame";
     for (const std::uint8_t byte : frame) text += " " + std::to_string(byte);
     devcore->calls.push_back(text);
-    if (chipcore_ != nullptr && frame[0] == framekind::listmode)
-        chipcore_->mode = static_cast<ListMode>(frame[1]);
     return 0;
 }
 
 void FixedBench::usbbulkread(std::span<std::uint8_t> target, std::uint8_t* result) {
     devcore->calls.emplace_back("usbbulkread");
     std::fill(target.begin(), target.end(), std::uint8_t{255});
-    if (chipcore_ != nullptr) {
-        std::copy(chipcore_->readback.begin(), chipcore_->readback.end(), target.begin());
-        chipcore_->readback.clear();
-        *result = static_cast<std::uint8_t>(BulkState::done);
-        return;
-    }
     const bool given = bulkreads_ < bulk.size();
     if (given && bulk[bulkreads_])
         std::copy(bulk[bulkreads_]->begin(), bulk[bulkreads_]->end(), target.begin());

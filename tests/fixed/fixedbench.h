@@ -11,12 +11,11 @@
 #include "common/privatemachine.h"
 #include "external/usbtransport.h"
 #include "families/fixedlogic.h"
-#include "fixed/jtagport.h"
 #include "jtag/recordingdevcore.h"
 #include "jtag/wiring.h"
 #include "platform/platformdecorator.h"
 #include "plugin/clskeld2.h"
-#include "sim/fixedlogicchip.h"
+#include "sim/programmer.h"
 #include "sim/tap.h"
 
 namespace keld2::testing {
@@ -56,31 +55,10 @@ class Chip {
     Bits bits_;
 };
 
-// A DevCore that works a chip: queued calls act at once, which for one list at a time is the same.
-class ChipDevCore final : public RecordingDevCore {
-  public:
-    ChipDevCore(JtagPort port, sim::TapChip& chip) : port_(port), chip_(chip) {}
-
-    void regwrite(std::int32_t value, std::uint8_t reg) override { port_.write(value, reg); }
-    std::uint8_t regread(std::uint8_t reg) override { return port_.read(reg); }
-    void qregwrite(std::int32_t value, std::uint8_t reg) override;
-    void qregread(std::uint8_t reg) override { readback.push_back(port_.read(reg)); }
-    void qwaitshort(std::int32_t n) override { chip_.elapse(n); }
-    void qwaitlong(std::int32_t n) override { chip_.elapse(std::int64_t{n} * 1000); }
-    void powerdown() override { chip_.poweroff(); }
-
-    std::deque<std::uint8_t> readback;
-    ListMode mode = ListMode::off;
-
-  private:
-    JtagPort port_;
-    sim::TapChip& chip_;
-};
-
 class FixedBench : public PlatformDecorator, public UsbTransport {
   public:
-    // chip: in the socket instead of the scripted answers; must outlive the bench.
-    FixedBench(std::uint8_t family, std::int32_t fuses, sim::TapChip* chip = nullptr);
+    // programmer: works the jobs instead of the scripted answers; must outlive the bench.
+    FixedBench(std::uint8_t family, std::int32_t fuses, sim::SimProgrammer* programmer = nullptr);
 
     // Runs one operation, or the sequence that autoprg holds when op is 0.
     void run(std::int16_t op);
@@ -103,7 +81,7 @@ class FixedBench : public PlatformDecorator, public UsbTransport {
     std::vector<BoxAnswer> answers;
     std::vector<std::string> boxes;  // texts of the boxes shown
     std::function<void()> onservice = [] {};
-    RecordingDevCore* devcore = nullptr;  // once the first run has begun
+    RecordingDevCore* devcore = nullptr;  // once a scripted run has begun
     std::deque<std::uint8_t> samples;     // of the direct reads
 
     SharedVariables& s() { return module_.variables(); }
@@ -115,7 +93,8 @@ class FixedBench : public PlatformDecorator, public UsbTransport {
     int usbbulkwrite(std::span<const std::uint8_t>) override { return 0; }
 
   private:
-    std::unique_ptr<DevCore> makedevcore(std::uint8_t family, sim::TapChip* chip);
+    External scripted();
+    static External simulated(sim::SimProgrammer& programmer);
     std::string utf8text(int index) const;
     std::uint8_t raw(char bit) const;
 
@@ -123,7 +102,6 @@ class FixedBench : public PlatformDecorator, public UsbTransport {
     FixedGeometry geometry_;
     mutable PosixPlatform machine_{test::privatemachine()};
     mutable Module module_;
-    ChipDevCore* chipcore_ = nullptr;
     std::size_t bulkreads_ = 0;
     std::size_t boxesshown_ = 0;
 };
