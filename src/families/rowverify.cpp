@@ -24,7 +24,7 @@ RowLayout layoutof(std::int32_t width, bool bitwise) {
     return {.whole = q - 1, .raw = 8, .stride = q + 7};
 }
 
-// Bytes that a wrong programmer of these chips is known for and that are let pass.
+// Whole bytes of a tolerant comparison that may differ.
 bool tolerated(std::int32_t width, std::int32_t row, std::int32_t byte) {
     if (width % 8 != 0) return row == 2 || byte == 12;
     return (row == 2 || row == 3) && byte == 22;

@@ -80,8 +80,8 @@ class usbkeld2pldprg final : public RunWindow {
     LineLevels levels_;
     QueuedLines queued_;
     DirectLines direct_;
-    SvfState svfstate_;       // of the mode byte that plays a text
-    FixedGeometry geometry_;  // of the operation in hand
+    SvfState svfstate_{.rows = SvfRows(sdrrules50.limits)};  // of the mode byte that plays a text
+    FixedGeometry geometry_;                                 // of the operation in hand
     DeviceCode idbytes_{};
     std::u16string idtext_;
     std::vector<std::uint8_t> fusechars_;  // 0 or 1 by fuse address, kept between operations

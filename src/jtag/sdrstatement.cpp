@@ -109,7 +109,8 @@ class SdrParser {
             }
         }
         if (line.ends_with(';')) return drive(tdi += ClearTAB(beforebracket(line)));
-        if (isreplay()) tdi += beforebracket(line);
+        const std::string_view tail = beforebracket(line);
+        if (isreplay() && tail.find_first_not_of(" \t") != nowhere) tdi += ClearTAB(tail);
         read(tdi);
         parsefurtherfields();
     }
@@ -129,7 +130,7 @@ class SdrParser {
     }
 
     void parseopentdo(std::size_t tdo) {
-        if (!rules_.smaskeverywhere) throw RunFault("TDO expected on a line of its own", "SDR");
+        if (!rules_.unfinishedtdo) throw RunFault("TDO expected on a line of its own", "SDR");
         read(popdata(fields_));
         const std::size_t any = rest_.find("MASK");
         if (any == nowhere) return;  // a read without a row
@@ -200,12 +201,12 @@ class SdrParser {
     }
 
     void checkrow(std::int32_t bytes) const {
-        if (bytes > rules_.rowbytes)
+        if (bytes > rules_.limits.bytes)
             throw RunFault("row of " + std::to_string(bytes) + " bytes, expected " +
-                               std::to_string(rules_.rowbytes) + " at the most",
+                               std::to_string(rules_.limits.bytes) + " at the most",
                            "SDR");
-        if (row_ >= rules_.rows)
-            throw RunFault("more than " + std::to_string(rules_.rows) + " rows", "SDR");
+        if (row_ >= rules_.limits.rows)
+            throw RunFault("more than " + std::to_string(rules_.limits.rows) + " rows", "SDR");
     }
 
     SvfReader& reader_;
@@ -222,7 +223,7 @@ class SdrParser {
 const SdrRules sdrrules80{};
 const SdrRules sdrrules92{.drives = exceptions92};
 const SdrRules sdrrules94{.drives = exceptions94, .replays = true};
-const SdrRules sdrrules50{.smaskeverywhere = false, .rowbytes = 4001, .rows = 501};
+const SdrRules sdrrules50{.unfinishedtdo = false, .limits = {.rows = 501, .bytes = 4001}};
 
 void readsdr(SvfReader& reader, const SdrRules& rules, std::int32_t fuses, std::int32_t row,
              SdrStatement& statement) {

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "jtag/svfreader.h"
+#include "jtag/svfrows.h"
 
 namespace keld2 {
 
@@ -19,10 +20,9 @@ struct DriveException {
 // How one family reads its SDR statements.
 struct SdrRules {
     std::span<const DriveException> drives = {};
-    bool replays = false;          // 34, 50 and 82 bits shift and sample in one
-    bool smaskeverywhere = true;   // a layout with TDO on an unfinished first line is understood
-    std::int32_t rowbytes = 2001;  // of a stored row
-    std::int32_t rows = 5001;      // stored in a run
+    bool replays = false;         // 34, 50 and 82 bits shift and sample in one
+    bool unfinishedtdo = true;  // a layout with TDO on an unfinished first line is understood
+    RowLimits limits = {};
 };
 
 extern const SdrRules sdrrules80;  // families 80 to 91
