@@ -93,7 +93,13 @@ bool PosixPlatform::runevents() {
     return any;
 }
 
+// The first look after something happened does not wait: work that serves the loop in passing
+// costs no time.
 void PosixPlatform::waitforevent() {
+    if (idle_ == 0) {
+        ++idle_;
+        return;
+    }
     const std::int64_t untildue = timers_.nextdue() - milliseconds();
     const std::int64_t idlewait = ++idle_ < idleservices ? shortwait : longwait;
     const std::chrono::milliseconds most(std::clamp<std::int64_t>(untildue, 0, idlewait));
