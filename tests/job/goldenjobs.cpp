@@ -6,7 +6,6 @@
 #include <filesystem>
 #include <fstream>
 #include <nlohmann/json.hpp>
-#include <regex>
 #include <string>
 #include <vector>
 
@@ -36,9 +35,20 @@ std::vector<std::string> lines(const fs::path& path) {
     return list;
 }
 
+// The elapsed seconds of each line ">> 0.42Sec" replaced by <TIME>.
+std::string withouttime(std::string log) {
+    constexpr std::string_view digits = "0123456789.";
+    for (std::size_t at = 0; (at = log.find(">> ", at)) != log.npos; at += 3) {
+        const std::size_t end = log.find_first_not_of(digits, at + 3);
+        if (end != log.npos && end > at + 3 && log.compare(end, 4, "Sec\n") == 0)
+            log.replace(at + 3, end - at - 3, "<TIME>");
+    }
+    return log;
+}
+
 nlohmann::json dumpof(const fs::path& path) {
-    static const std::regex elapsed(R"(>> \d+\.\d\dSec)");
-    auto dump = nlohmann::json::parse(std::regex_replace(readtext(path), elapsed, ">> <TIME>Sec"));
+    auto dump = nlohmann::json::parse(readtext(path));
+    dump["MainRtstr"][0] = withouttime(dump["MainRtstr"][0]);
     for (const char* name : {"ubuf1", "ibuf1", "ibuffer"}) {
         std::string hex = dump.at(name);
         std::transform(hex.begin(), hex.end(), hex.begin(),

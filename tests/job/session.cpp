@@ -52,7 +52,7 @@ TEST(Session, AnInterruptStopsTheRun) {
 
 TEST(Session, ARunThatWaitsForEverLeavesItsTraceAndDump) {
     const test::MadeFolder folder;
-    const Job job = readjob(std::string(KELD2_TEST_JOBS) + "/arm-device-code-matches/job.toml");
+    const Job job = readjob(std::string(KELD2_TEST_JOBS) + "/arm-device-code-and-stale-frame-bytes/job.toml");
     try {
         runsession(job, replayed(folder.file("r", "usbbulkread hang\n")),
                    {.record = folder / "record", .trace = folder / "t", .dump = folder / "d"});
