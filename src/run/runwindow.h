@@ -44,8 +44,12 @@ class RunWindow {
     std::int32_t last() const { return last_; }    // last chip address of the job
     std::int32_t pwtefield() const { return pwte_; }
     std::int32_t progressstep() const { return progressstep_; }
-    // Sent in place of the message loop's own services inside an operation.
-    void service() const { run_.platform.service(); }
+    // Serves the message loop from inside an operation that has more to do: it does not wait for
+    // events, as a service of an idle loop would.
+    void service() const {
+        run_.platform.wake();
+        run_.platform.service();
+    }
     bool stopasked() const { return s().prgresult.acquire(0) == result::stopped; }
     void caption(std::u16string_view text);
 

@@ -81,12 +81,17 @@ class FixedBench : public PlatformDecorator, public UsbTransport {
     std::vector<BoxAnswer> answers;
     std::vector<std::string> boxes;  // texts of the boxes shown
     std::function<void()> onservice = [] {};
+    int waits = 0;                        // services that could have waited for events
     RecordingDevCore* devcore = nullptr;  // once a scripted run has begun
     std::deque<std::uint8_t> samples;     // of the direct reads
 
     SharedVariables& s() { return module_.variables(); }
 
-    void service() override { onservice(); }
+    void service() override {
+        if (!std::exchange(awake_, false)) ++waits;
+        onservice();
+    }
+    void wake() override { awake_ = true; }
     BoxAnswer messagebox(const Box& box) override;
     int usbcomwrite(std::span<const std::uint8_t> frame) override;
     void usbbulkread(std::span<std::uint8_t> target, std::uint8_t* result) override;
@@ -102,6 +107,7 @@ class FixedBench : public PlatformDecorator, public UsbTransport {
     FixedGeometry geometry_;
     mutable PosixPlatform machine_{test::privatemachine()};
     mutable Module module_;
+    bool awake_ = false;
     std::size_t bulkreads_ = 0;
     std::size_t boxesshown_ = 0;
 };

@@ -188,6 +188,14 @@ TEST(FixedOperations, StopEndsTheCompareList) {
     EXPECT_EQ(bench.count("signalfail 0"), 1U);
 }
 
+TEST(FixedOperations, CompareWaitsForTransfersAlone) {
+    FixedBench bench(41, 17200);
+    bench.bulk.emplace_back(bench.rows(std::string(17200, '0')));
+    bench.run(compare);
+    EXPECT_EQ(bench.waits, 2) << "a chip of 17200 differences is not to take minutes";
+    EXPECT_GT(bench.log().size(), 17200U * 30);
+}
+
 TEST(FixedOperations, FailedTransferEndsAsTimeOut) {
     for (const std::int16_t op : {read, verify, blank, compare, program}) {
         SCOPED_TRACE(op);
