@@ -122,8 +122,7 @@ bool SerialChip::headercomplete() const {
 void SerialChip::strobe(const Socket& socket) {
     settle(socket);
     if (job_) return;
-    const std::uint8_t chips = socket.registers[directionreg];
-    takebyte(static_cast<std::uint8_t>((socket.registers[datareg] & ~chips) | chips));
+    takebyte(socket.registers[datareg]);
 }
 
 void SerialChip::takebyte(std::uint8_t b) {

@@ -1,6 +1,7 @@
 // SerialChip: a microcontroller that is worked through an eight-bit strobed port.
 //
-// Register 4 is the data byte, register 5 its direction (bits of 1: the chip drives), register 6
+// Register 4 is the data byte, register 5 its direction (bits of 1: the chip may drive; as long as
+// it does not, the programmer still holds the line weakly at its own level), register 6
 // the control lines: bit 6 deselects, bit 5 is the strobe (a byte is taken, or the next one shown,
 // when it falls), bits 1 and 3 keep the port open. A frame begins with the selection and, where it
 // writes, takes effect with the release. Nothing is understood before the enable frame, which

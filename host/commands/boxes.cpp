@@ -1,11 +1,13 @@
 #include "host/commands/boxes.h"
 
+#include <poll.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
 #include <vector>
 
+#include "host/commands/interruptwatch.h"
 #include "host/text/boxtext.h"
 #include "platform/numbers.h"
 #include "platform/posix/posixplatform.h"
@@ -27,10 +29,20 @@ std::vector<BoxAnswer> answersof(BoxButtons buttons) {
     }
 }
 
-// A line from standard input; nullopt at its end and when a signal came.
+// Waits until standard input has something; false when an interrupt has come, also one that came
+// just before.
+bool waitforinput() {
+    constexpr int period = 50;  // ms
+    pollfd input{STDIN_FILENO, POLLIN, 0};
+    while (!InterruptWatch::asked())
+        if (::poll(&input, 1, period) > 0) return true;
+    return false;
+}
+
+// A line from standard input; nullopt at its end and after an interrupt.
 std::optional<std::string> readline() {
     std::string line;
-    for (char c = 0; ::read(STDIN_FILENO, &c, 1) == 1;) {
+    for (char c = 0; waitforinput() && ::read(STDIN_FILENO, &c, 1) == 1;) {
         if (c == '\n') return line;
         line += c;
     }

@@ -25,7 +25,7 @@ extern "C" void oninterrupt(int) {
 InterruptWatch::InterruptWatch() {
     interrupts() = 0;
     struct sigaction action {};
-    action.sa_handler = oninterrupt;  // without SA_RESTART: a question on the terminal ends too
+    action.sa_handler = oninterrupt;
     ::sigaction(SIGINT, &action, &oldinterrupt_);
     ::sigaction(SIGTERM, &action, &oldterminate_);
 }
