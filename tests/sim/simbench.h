@@ -1,0 +1,52 @@
+// A simulated programmer with a chip, and the shared blocks that its components need.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <chrono>
+#include <initializer_list>
+#include <memory>
+#include <span>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include "common/privatemachine.h"
+#include "shared/sharedvariables.h"
+#include "sim/chipspec.h"
+#include "sim/programmer.h"
+
+namespace keld2::test {
+
+class SimBench {
+  public:
+    explicit SimBench(sim::SimSetting setting) : programmer(std::move(setting)) {
+        s.map(0, [] { throw RunFault("no memory"); });
+    }
+
+    // Waits for the read under way; answers the end that its cell tells.
+    BulkState bulkread(std::span<std::uint8_t> target) {
+        s.usbpip2readresult.release(0, 0);
+        usb->usbbulkread(target, &s.usbpip2readresult[0]);
+        for (int ms = 0; ms < 2000; ++ms) {
+            const auto state = static_cast<BulkState>(s.usbpip2readresult.acquire(0));
+            if (state == BulkState::done || state == BulkState::failed) return state;
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        }
+        return BulkState::running;
+    }
+    void frame(std::initializer_list<std::uint8_t> bytes) {
+        std::vector<std::uint8_t> whole(bytes);
+        whole.resize(std::max<std::size_t>(whole.size(), 8));
+        EXPECT_EQ(usb->usbcomwrite(whole), 0);
+    }
+
+    PosixPlatform machine{privatemachine()};
+    SharedVariables s{machine.memory(), machine.strings()};
+    sim::SimProgrammer programmer;
+    std::unique_ptr<DevCore> d = programmer.devcore(s);
+    std::unique_ptr<UsbTransport> usb = programmer.transport();
+};
+
+}  // namespace keld2::test
