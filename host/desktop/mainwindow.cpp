@@ -242,7 +242,8 @@ void MainWindow::showbuffer(const std::set<std::int64_t>& differences) {
     fileline_->setText(line.empty() ? "No file: open one (Ctrl+O), drop it here, or read a chip"
                                     : QString::fromStdString(line));
     const bool fuses = device.content == host::Content::fuses;
-    hex_->setbytes(work_.buffer());
+    const auto shown = std::min(device.value("buflength"), std::ssize(work_.buffer()));
+    hex_->setbytes({work_.buffer().begin(), work_.buffer().begin() + shown});
     hex_->setdifferences(differences);
     if (!differences.empty()) hex_->showaddress(*differences.begin());
     if (fuses) {
