@@ -41,10 +41,12 @@ class MainWindowTest : public testing::Test {
             [choice](const host::Device& device) { return host::simulated(choice, device); },
             settings_);
         made->show();
+        EXPECT_TRUE(QTest::qWaitForWindowExposed(made.get()));
         return made;
     }
-    static QString result(MainWindow& window) {
-        return window.findChild<QLabel*>("result")->text();
+    // Without the mark before it.
+    static std::string result(MainWindow& window) {
+        return window.findChild<QLabel*>("result")->text().mid(3).toStdString();
     }
     static QString log(MainWindow& window) {
         return window.findChild<QPlainTextEdit*>("log")->toPlainText();
@@ -76,13 +78,13 @@ TEST_F(MainWindowTest, ProgramsVerifiesComparesAndReads) {
     EXPECT_TRUE(w->findChild<QLabel*>("file")->text().startsWith(
         "firmware.bin: raw bytes, 2048 bytes at 0000 to 07FF, sum "));
     click(*w, "program");
-    EXPECT_EQ(result(*w).mid(3), "Program ended well") << log(*w).toStdString();
+    EXPECT_EQ(result(*w), "Program ended well") << log(*w).toStdString();
     EXPECT_TRUE(log(*w).contains("Program"));
     click(*w, "verify");
-    EXPECT_EQ(result(*w).mid(3), "Verify ended well");
+    EXPECT_EQ(result(*w), "Verify ended well");
     w->open(other_);
     click(*w, "verify");
-    EXPECT_EQ(result(*w).mid(3), "Verify failed; the log tells where");
+    EXPECT_EQ(result(*w), "Verify failed; the log tells where");
     click(*w, "compare");
     EXPECT_TRUE(log(*w).contains(">> 000123")) << log(*w).toStdString();
     click(*w, "read");
@@ -96,7 +98,7 @@ TEST_F(MainWindowTest, SequenceRunsTheMarkedSteps) {
     const auto w = window();
     w->open(file_);
     QTest::keyClick(w.get(), Qt::Key_Return, Qt::ControlModifier);
-    EXPECT_EQ(result(*w).mid(3), "Auto sequence ended well") << log(*w).toStdString();
+    EXPECT_EQ(result(*w), "Auto sequence ended well") << log(*w).toStdString();
     for (const char* step : {"Erase", "Blank Check", "Program", "Verify"})
         EXPECT_TRUE(log(*w).contains(step)) << step;
 }
@@ -112,7 +114,7 @@ TEST_F(MainWindowTest, StopInTheMiddle) {
     });
     poll.start(0);
     click(*w, "program");
-    EXPECT_EQ(result(*w).mid(3), "Program was stopped") << log(*w).toStdString();
+    EXPECT_EQ(result(*w), "Program was stopped") << log(*w).toStdString();
     EXPECT_TRUE(w->findChild<QPushButton*>("erase")->isEnabled());
 }
 
@@ -120,7 +122,7 @@ TEST_F(MainWindowTest, WrongIdIsAskedAgainAndAborted) {
     const auto w = window({"wrongid"});
     answer({QMessageBox::Retry, QMessageBox::Abort});
     click(*w, "blank");
-    EXPECT_EQ(result(*w).mid(3), "Blank Check was aborted");
+    EXPECT_EQ(result(*w), "Blank Check was aborted");
 }
 
 TEST_F(MainWindowTest, ClosingDuringARunAsksFirst) {
@@ -142,9 +144,9 @@ TEST_F(MainWindowTest, ClosingDuringARunAsksFirst) {
 TEST_F(MainWindowTest, WhatCannotBeUsedIsSaid) {
     const auto w = window();
     click(*w, "program");
-    EXPECT_EQ(result(*w).mid(3), "Program needs data: open a file or read a chip first");
+    EXPECT_EQ(result(*w), "Program needs data: open a file or read a chip first");
     w->open(QString::fromStdString(folder_.file("bad.hex", ":00").string()));
-    EXPECT_TRUE(result(*w).contains("bad.hex:1")) << result(*w).toStdString();
+    EXPECT_NE(result(*w).find("bad.hex:1"), std::string::npos) << result(*w);
     QTest::keyClick(w.get(), Qt::Key_Escape);
     EXPECT_FALSE(w->running());
 }
