@@ -41,7 +41,9 @@ class MainWindowTest : public testing::Test {
             [choice](const host::Device& device) { return host::simulated(choice, device); },
             settings_);
         made->show();
+        made->activateWindow();
         EXPECT_TRUE(QTest::qWaitForWindowExposed(made.get()));
+        QApplication::setActiveWindow(made.get());  // without a window manager too
         return made;
     }
     // Without the mark before it.
@@ -98,6 +100,7 @@ TEST_F(MainWindowTest, SequenceRunsTheMarkedSteps) {
     const auto w = window();
     w->open(file_);
     QTest::keyClick(w.get(), Qt::Key_Return, Qt::ControlModifier);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return result(*w) != "Ready"; }));  // the button goes down
     EXPECT_EQ(result(*w), "Auto sequence ended well") << log(*w).toStdString();
     for (const char* step : {"Erase", "Blank Check", "Program", "Verify"})
         EXPECT_TRUE(log(*w).contains(step)) << step;
