@@ -9,6 +9,7 @@
 #include "common/madefolder.h"
 #include "host/commands/attendedprogrammer.h"
 #include "host/hosterror.h"
+#include "host/programmer/programmer.h"
 
 namespace {
 
@@ -52,7 +53,8 @@ TEST(Session, AnInterruptStopsTheRun) {
 
 TEST(Session, ARunThatWaitsForEverLeavesItsTraceAndDump) {
     const test::MadeFolder folder;
-    const Job job = readjob(std::string(KELD2_TEST_JOBS) + "/arm-device-code-and-stale-frame-bytes/job.toml");
+    const Job job =
+        readjob(std::string(KELD2_TEST_JOBS) + "/arm-device-code-and-stale-frame-bytes/job.toml");
     try {
         runsession(job, replayed(folder.file("r", "usbbulkread hang\n")),
                    {.record = folder / "record", .trace = folder / "t", .dump = folder / "d"});
@@ -64,6 +66,43 @@ TEST(Session, ARunThatWaitsForEverLeavesItsTraceAndDump) {
     EXPECT_THAT(readtext(folder / "t"), testing::EndsWith("usbbulkread local 48\n"));
     EXPECT_EQ(readtext(folder / "record"), "usbbulkread hang\n");
     EXPECT_EQ(nlohmann::json::parse(readtext(folder / "d"))["prgresult"][0], 3);
+}
+
+TEST(Session, TheRecordOfASimulatedChipGivesItsTraceAgain) {
+    const test::MadeFolder folder;
+    const Device device = readdevice(KELD2_TEST_DEVICES "/serial-4k.toml");
+    const Job job = readjob(folder.file("j.toml", R"(
+        [shared]
+        prgmode = 21
+        buflength = 4144
+        tlength = 4144
+        bvcch = 32
+        pagelength = 32
+        wltbigendbuf = [0, 95, 0]
+        bvcc = 500
+        bvpp = 1200
+        bvccpin = 40
+        bgndpin = 20
+        bvpppin = 31
+        pwte = 5000
+        chipidtestmode = true
+        compid = 90
+        typeid = 69           # the chip's is 68
+        wautonum = 4
+        autoprg = [8, 4, 6, 2]
+        [buffer]
+        patch = [[0, "00112233445566778899aabbccddeeff"]])"));
+    const SessionOutput output{
+        .record = folder / "record", .trace = folder / "t", .dump = folder / "d"};
+    const auto programmer = attended(simulated({}, device), BoxAnswer::ignore);
+    ASSERT_EQ(runsession(job, programmer, output), exitstatus::well);
+    const std::string trace = readtext(folder / "t");
+    EXPECT_THAT(trace, HasSubstr("-> ignore\n"));
+
+    EXPECT_EQ(runsession(job, replayed(folder / "record"),
+                         {.record = {}, .trace = folder / "t2", .dump = {}}),
+              exitstatus::well);
+    EXPECT_EQ(readtext(folder / "t2"), trace);
 }
 
 TEST(Session, AFileThatCannotBeWrittenIsFoundBeforeTheRun) {
