@@ -23,9 +23,8 @@ int FuseView::columns(std::int64_t count) {
 }
 
 void FuseView::setfuses(const std::vector<std::uint8_t>& cells,
-                        const std::set<std::int64_t>& differences) {
+                        const std::set<std::int64_t>& differences, int width) {
     const auto count = static_cast<std::int64_t>(cells.size());
-    const int width = columns(count);
     image_ = QImage(width, static_cast<int>((count + width - 1) / width), QImage::Format_RGB32);
     image_.fill(unprogrammed);
     for (std::int64_t i = 0; i < count; ++i) {

@@ -15,11 +15,12 @@ class FuseView final : public QWidget {
   public:
     explicit FuseView(QWidget* parent = nullptr);
 
-    // cells: a character a fuse, '1' for an unprogrammed one.
-    void setfuses(const std::vector<std::uint8_t>& cells,
-                  const std::set<std::int64_t>& differences);
+    // cells: a character a fuse, '1' for an unprogrammed one. width: fuses a row, at least 1.
+    void setfuses(const std::vector<std::uint8_t>& cells, const std::set<std::int64_t>& differences,
+                  int width);
     const QImage& image() const { return image_; }
-    // Fuses a row: the divisor of the count that gives the picture the shape nearest to a square.
+    // Fuses a row where nothing is known of the chip: the divisor of the count that gives the
+    // picture the shape nearest to a square.
     static int columns(std::int64_t count);
 
   protected:

@@ -95,6 +95,9 @@ void MainWindow::save(const QString& path) {
 
 void MainWindow::edit(host::Editor editor) {
     if (running_ || !work_.hasdevice()) return;
+    if (!host::canedit(work_.device(), editor))
+        return panel_->complain(QString::fromStdString(work_.device().name) +
+                                " has nothing that this editor could edit");
     guarded([&] {
         EditorWindows windows(this);
         const auto edited =
@@ -179,9 +182,10 @@ void MainWindow::take(const host::RunReport& report,
     const auto differences = Workspace::differences(report.log);
     showbuffer(differences);
     if (!differences.empty())
-        statusBar()->showMessage(QString("%1 differences against the chip, the first at %2")
-                                     .arg(differences.size())
-                                     .arg(*differences.begin(), 6, 16, QLatin1Char('0')));
+        statusBar()->showMessage(
+            QString("%1 differences against the chip, the first at %2")
+                .arg(differences.size())
+                .arg(QString("%1").arg(*differences.begin(), 6, 16, QLatin1Char('0')).toUpper()));
 }
 
 void MainWindow::logline(const std::string& line) {
@@ -248,7 +252,9 @@ void MainWindow::showbuffer(const std::set<std::int64_t>& differences) {
     if (!differences.empty()) hex_->showaddress(*differences.begin());
     if (fuses) {
         const auto count = device.ranges.at(0).length;
-        fuses_->setfuses({work_.buffer().begin(), work_.buffer().begin() + count}, differences);
+        const int width = device.sim["width"].value_or(0);
+        fuses_->setfuses({work_.buffer().begin(), work_.buffer().begin() + count}, differences,
+                         width > 0 ? width : FuseView::columns(count));
     }
     views_->setCurrentWidget(fuses ? static_cast<QWidget*>(fuses_) : hex_);
 }

@@ -3,6 +3,7 @@
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -142,6 +143,23 @@ TEST_F(MainWindowTest, ClosingDuringARunAsksFirst) {
     poll.start(0);
     click(*w, "program");
     EXPECT_FALSE(w->isVisible());
+}
+
+TEST_F(MainWindowTest, EditorChangesTheBuffer) {
+    const auto w = window();
+    auto* timer = new QTimer(qApp);
+    QObject::connect(timer, &QTimer::timeout, [timer] {
+        QWidget* editor = QApplication::activeModalWidget();
+        if (editor == nullptr) return;
+        timer->deleteLater();
+        QTest::keyClick(editor->findChild<QComboBox*>("Combo1(0)"), Qt::Key_Up);
+        QTest::mouseClick(editor->findChild<QPushButton*>("OKButton"), Qt::LeftButton);
+    });
+    timer->start(5);
+    w->edit(host::Editor::config);
+    EXPECT_EQ(w->workspace().buffer()[2080], 0x0E);
+    w->edit(host::Editor::usercode);
+    EXPECT_EQ(result(*w), "serial-2k has nothing that this editor could edit");
 }
 
 TEST_F(MainWindowTest, WhatCannotBeUsedIsSaid) {

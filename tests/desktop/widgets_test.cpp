@@ -73,7 +73,7 @@ TEST(FuseView, PictureHasAPixelForEachFuse) {
     for (const Case& c : {Case{0, 1}, Case{1, 1}, Case{64, 8}, Case{1728, 48}, Case{33440, 190}})
         EXPECT_EQ(FuseView::columns(c.count), c.columns) << c.count;
     FuseView view;
-    view.setfuses({'1', '0', '1', '1', '0', '1'}, {3});
+    view.setfuses({'1', '0', '1', '1', '0', '1'}, {3}, 3);
     ASSERT_EQ(view.image().size(), QSize(3, 2));
     const QRgb blank = view.image().pixel(0, 0), programmed = view.image().pixel(1, 0);
     EXPECT_NE(blank, programmed);
