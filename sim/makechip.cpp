@@ -4,6 +4,7 @@
 #include "platform/fault.h"
 #include "sim/chipspec.h"
 #include "sim/fixedlogicchip.h"
+#include "sim/parallelchip.h"
 #include "sim/serialchip.h"
 
 namespace keld2::sim {
@@ -17,6 +18,8 @@ struct KindRow {
 
 constexpr std::array kinds{
     KindRow{.kind = "fusearray", .make = makefixedlogicchip},
+    KindRow{.kind = "parallelbyte", .make = makebytechip},
+    KindRow{.kind = "parallelpage", .make = makepagechip},
     KindRow{.kind = "serial", .make = makeserialchip},
 };
 

@@ -203,6 +203,7 @@ void SimProgrammer::loadalgobuf(std::int32_t& length, std::span<std::uint8_t> al
 
 void SimProgrammer::powerdown() {
     bulk_.drain();
+    list_.clear();  // it was meant for the powered chip
     board_.powerdown();
     try {
         save();
