@@ -17,18 +17,17 @@ struct MethodRow {
     Method method;
     std::string_view expected;  // the call as it has to be written
     std::optional<std::pair<std::int64_t, std::int64_t>> range = std::nullopt;
-    bool argumentneeded = false;
+    std::size_t leastwords = 1;
 };
 
 constexpr std::array methods{
     MethodRow{"runKeld2Prg", Method::runKeld2Prg, "runKeld2Prg"},
     MethodRow{"editfigkeld2", Method::editfigkeld2, "editfigkeld2"},
     MethodRow{"usercode", Method::usercode, "usercode"},
-    MethodRow{"bufcomkeld2", Method::bufcomkeld2, "bufcomkeld2 NUM, from -32768 to 32767",
-              std::pair{-32768, 32767}, true},
+    MethodRow{"bufcomkeld2", Method::bufcomkeld2,
+              "bufcomkeld2 or bufcomkeld2 NUM, from -32768 to 32767", std::pair{-32768, 32767}},
     MethodRow{"freesharebufferkeld2", Method::freesharebufferkeld2, "freesharebufferkeld2"},
-    MethodRow{"keld2warn", Method::keld2warn, "keld2warn NO, from 0 to 255", std::pair{0, 255},
-              true},
+    MethodRow{"keld2warn", Method::keld2warn, "keld2warn NO, from 0 to 255", std::pair{0, 255}, 2},
     MethodRow{"sinitkeld2", Method::sinitkeld2, "sinitkeld2"},
 };
 
@@ -69,13 +68,14 @@ JobCall parsecall(std::string_view text) {
         refuse(text,
                "runKeld2Prg, editfigkeld2, usercode, bufcomkeld2, freesharebufferkeld2, keld2warn "
                "or sinitkeld2");
-    if (parts.size() != (row->argumentneeded ? 2U : 1U)) refuse(text, row->expected);
+    const std::size_t mostwords = row->range ? 2 : 1;
+    if (parts.size() < row->leastwords || parts.size() > mostwords) refuse(text, row->expected);
     JobCall call{.method = row->method};
-    if (row->argumentneeded) {
-        const auto argument = number(parts[1]);
-        if (!argument || *argument < row->range->first || *argument > row->range->second)
+    if (parts.size() > 1) {
+        call.argument = number(parts[1]);
+        if (!call.argument || *call.argument < row->range->first ||
+            *call.argument > row->range->second)
             refuse(text, row->expected);
-        call.argument = *argument;
     }
     return call;
 }
@@ -86,7 +86,7 @@ std::vector<JobCall> defaultcalls() {
             {.method = Method::runKeld2Prg}};
 }
 
-void carryout(const JobCall& call, ClsKELD2& plugin) {
+void carryout(const JobCall& call, ClsKELD2& plugin, std::int16_t num) {
     switch (call.method) {
         case Method::runKeld2Prg:
             return plugin.runKeld2Prg(true);
@@ -95,11 +95,11 @@ void carryout(const JobCall& call, ClsKELD2& plugin) {
         case Method::usercode:
             return plugin.usercode();
         case Method::bufcomkeld2:
-            return plugin.bufcomkeld2(static_cast<std::int16_t>(call.argument));
+            return plugin.bufcomkeld2(static_cast<std::int16_t>(call.argument.value_or(num)));
         case Method::freesharebufferkeld2:
             return plugin.freesharebufferkeld2();
         case Method::keld2warn:
-            return plugin.keld2warn(static_cast<std::uint8_t>(call.argument));
+            return plugin.keld2warn(static_cast<std::uint8_t>(call.argument.value_or(0)));
         case Method::sinitkeld2:
             return plugin.sinitkeld2();
     }

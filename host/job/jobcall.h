@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -21,7 +22,8 @@ struct JobCall {
         sinitkeld2
     };
     Method method = Method::runKeld2Prg;
-    std::int64_t argument = 0;  // number of keld2warn and bufcomkeld2
+    // Number of keld2warn and bufcomkeld2; none: the job's own host instance number.
+    std::optional<std::int64_t> argument = {};
 };
 
 // What stands in a job file: the method's name, then its argument where it has one. Throws
@@ -30,6 +32,7 @@ JobCall parsecall(std::string_view text);
 // The calls of a job that names none.
 std::vector<JobCall> defaultcalls();
 
-void carryout(const JobCall& call, ClsKELD2& plugin);
+// num: the job's host instance number.
+void carryout(const JobCall& call, ClsKELD2& plugin, std::int16_t num);
 
 }  // namespace keld2::host

@@ -82,7 +82,7 @@ class Session {
         plugin.bufcomkeld2(job_.num);
         for (const JobCall& call : job_.calls) {
             if (!programmer_->usable()) return;
-            carryout(call, plugin);
+            carryout(call, plugin, job_.num);
             editors_.check();
         }
     }

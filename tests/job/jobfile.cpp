@@ -136,7 +136,7 @@ TEST(Job, FillsVariablesAndBufferInTheirOrder) {
         patch = [[1, "AA"], [5, "bbcc"]]
         [run]
         num = 7
-        calls = ["bufcomkeld2 -3", "freesharebufferkeld2"])"));
+        calls = ["bufcomkeld2 -3", "freesharebufferkeld2", "bufcomkeld2"])"));
     PosixPlatform machine(test::privatemachine());
     SharedVariables s(machine.memory(), machine.strings());
     prepare(job, s);
@@ -153,8 +153,9 @@ TEST(Job, FillsVariablesAndBufferInTheirOrder) {
     const std::vector<std::uint8_t> begin(s.ibuffer.data(), s.ibuffer.data() + 10);
     EXPECT_EQ(begin, (std::vector<std::uint8_t>{1, 0xAA, 3, 'b', 'c', 0xBB, 0xCC, 'f', 9, 9}));
     EXPECT_EQ(s.ibuffer[16 + 2199], 9);
-    ASSERT_EQ(job.calls.size(), 2U);
+    ASSERT_EQ(job.calls.size(), 3U);
     EXPECT_EQ(job.calls[0].argument, -3);
+    EXPECT_FALSE(job.calls[2].argument.has_value());
 }
 
 TEST(Job, NeedsNothing) {
