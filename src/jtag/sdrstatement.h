@@ -20,7 +20,7 @@ struct DriveException {
 // How one family reads its SDR statements.
 struct SdrRules {
     std::span<const DriveException> drives = {};
-    bool replays = false;         // 34, 50 and 82 bits shift and sample in one
+    bool replays = false;       // 34, 50 and 82 bits shift and sample in one
     bool unfinishedtdo = true;  // a layout with TDO on an unfinished first line is understood
     RowLimits limits = {};
 };

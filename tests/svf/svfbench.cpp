@@ -1,0 +1,187 @@
+#include "svf/svfbench.h"
+
+#include <algorithm>
+#include <random>
+
+#include "jtag/waveform.h"
+#include "platform/numbers.h"
+
+namespace keld2::testing {
+
+namespace {
+
+// The transport as the module owns it.
+class BenchTransport final : public UsbTransport {
+  public:
+    explicit BenchTransport(SvfBench& bench) : bench_(bench) {}
+    int usbcomwrite(std::span<const std::uint8_t> frame) override {
+        return bench_.usbcomwrite(frame);
+    }
+    void usbbulkread(std::span<std::uint8_t> target, std::uint8_t* result) override {
+        bench_.usbbulkread(target, result);
+    }
+    int usbbulkwrite(std::span<const std::uint8_t> source) override {
+        return bench_.usbbulkwrite(source);
+    }
+
+  private:
+    SvfBench& bench_;
+};
+
+}  // namespace
+
+SvfBench::SvfBench(std::uint8_t family, std::int32_t fuses)
+    : PlatformDecorator(machine_),
+      family_(findjtagfamily(family)),
+      module_(*this,
+              {.devcore =
+                   [this](SharedVariables&) {
+                       auto created = std::make_unique<RecordingDevCore>();
+                       devcore_ = created.get();
+                       return created;
+                   },
+               .transport =
+                   [this](SharedVariables&) { return std::make_unique<BenchTransport>(*this); },
+               .helper = {}}) {
+    ClsKELD2(module_).bufcomkeld2(0);
+    s().prgmode[0] = family;
+    s().tlength[0] = fuses;
+    s().bvccpin[0] = 40;
+    s().prgnote[2] = u" OK";
+    s().prgnote[3] = u" failed";
+}
+
+int SvfBench::play(const std::string& text) {
+    file = text;
+    return run(6);
+}
+
+int SvfBench::playtwo(const std::string& first, const std::string& second) {
+    s().wautonum[0] = 2;
+    s().autoprg[0] = s().autoprg[1] = 6;
+    int texts = 0;
+    onread = [&] { file = texts++ == 0 ? first : second; };
+    const int result = run(0);
+    onread = [] {};
+    return result;
+}
+
+int SvfBench::run(int operation) {
+    s().prgresult[1] = static_cast<std::uint8_t>(operation);
+    s().MainRtstr[0] = u"";
+    bulkreads_ = 0;
+    if (devcore_ != nullptr) devcore_->calls.clear();
+    ClsKELD2(module_).runKeld2Prg(false);
+    return s().prgresult[0];
+}
+
+std::vector<std::string> SvfBench::calls() const {
+    const auto& all = devcore_->calls;
+    const auto first = std::find_if(all.begin(), all.end(),
+                                    [](const auto& call) { return call.starts_with("frame 13 "); });
+    return {first, all.end()};
+}
+
+std::size_t SvfBench::count(const std::string& call) const {
+    const auto list = calls();
+    return static_cast<std::size_t>(std::count(list.begin(), list.end(), call));
+}
+
+// Where the comparison at the end of the text begins, or where the run ends without one.
+std::size_t SvfBench::endofstatements() const {
+    const auto list = calls();
+    const auto end = std::find_if(list.begin(), list.end(),
+                                  [](const auto& call) { return call.starts_with("signal"); });
+    const bool compared = end - list.begin() >= 4 && (end - 1)->starts_with("usbbulkread") &&
+                          *(end - 3) == "waitshort 20";
+    return static_cast<std::size_t>(end - list.begin()) - (compared ? 4 : 0);
+}
+
+std::string SvfBench::statements(const std::string& text) {
+    play("");
+    const std::size_t from = endofstatements();
+    play(text);
+    const auto list = calls();
+    const auto at = [&](std::size_t i) { return list.begin() + static_cast<std::ptrdiff_t>(i); };
+    Waveform waveform(family_->family);
+    waveform({list.begin(), at(from)});
+    return waveform({at(from), at(endofstatements())});
+}
+
+FileContent SvfBench::readfile(std::span<const std::u16string> parts) {
+    onread();
+    const bool named = parts.size() == 1 && parts[0] == u"pldtmp.svf";
+    if (!named || !file) return {};
+    return {.status = FileContent::Status::read, .bytes = {file->begin(), file->end()}};
+}
+
+int SvfBench::usbcomwrite(std::span<const std::uint8_t> frame) {
+    std::string text = "frame";
+    for (const std::uint8_t byte : frame) text += " " + std::to_string(byte);
+    devcore_->calls.push_back(text);
+    return 0;
+}
+
+void SvfBench::usbbulkread(std::span<std::uint8_t> target, std::uint8_t* result) {
+    devcore_->calls.push_back("usbbulkread " + std::to_string(target.size()));
+    std::fill(target.begin(), target.end(), std::uint8_t{0});
+    const bool given = bulkreads_ < bulk.size();
+    if (given && bulk[bulkreads_])
+        std::copy_n(bulk[bulkreads_]->begin(), std::min(bulk[bulkreads_]->size(), target.size()),
+                    target.begin());
+    *result =
+        static_cast<std::uint8_t>(given && !bulk[bulkreads_] ? BulkState::failed : BulkState::done);
+    ++bulkreads_;
+}
+
+// The other lines of the register are there too.
+std::uint8_t SvfBench::rawbyte(char bit) const {
+    const std::uint8_t mask = family_->wiring.tdo.bits;
+    return bit == '1' ? static_cast<std::uint8_t>(mask | (0x55 & ~mask))
+                      : static_cast<std::uint8_t>(0xAA & ~mask);
+}
+
+Bytes SvfBench::packed(const Bits& bits) const {
+    const std::size_t rest = bits.size() % 8 == 0 ? 8 : bits.size() % 8;
+    Bytes bytes;
+    for (std::size_t at = 0; at < bits.size() - rest; at += 8) {
+        unsigned byte = 0;
+        for (std::size_t i = 0; i < 8; ++i) byte |= (bits[at + i] == '1' ? 1U : 0U) << i;
+        bytes.push_back(static_cast<std::uint8_t>(byte));
+    }
+    const Bytes last = raw(bits.substr(bits.size() - rest));
+    bytes.insert(bytes.end(), last.begin(), last.end());
+    return bytes;
+}
+
+Bytes SvfBench::raw(const Bits& bits) const {
+    Bytes bytes;
+    for (const char bit : bits) bytes.push_back(rawbyte(bit));
+    return bytes;
+}
+
+Bits pattern(std::int32_t count, unsigned seed) {
+    std::mt19937 random(seed);
+    Bits bits;
+    for (std::int32_t i = 0; i < count; ++i) bits += (random() & 4) != 0 ? '1' : '0';
+    return bits;
+}
+
+std::string field(const Bits& bits) {
+    std::string digits;
+    for (std::size_t at = 0; at < (bits.size() + 7) / 8 * 8; at += 4) {
+        unsigned digit = 0;
+        for (std::size_t i = 0; i < 4 && at + i < bits.size(); ++i)
+            digit |= (bits[at + i] == '1' ? 1U : 0U) << i;
+        digits += "0123456789ABCDEF"[digit];
+    }
+    return {digits.rbegin(), digits.rend()};
+}
+
+std::string read(const Bits& bits) {
+    const std::string expected = field(bits);
+    return "SDR " + std::to_string(bits.size()) + " TDI (" + std::string(expected.size(), '0') +
+           ") TDO (" + expected + ");\n";
+}
+
+}  // namespace keld2::testing

@@ -1,0 +1,78 @@
+// Runs of the SVF families with a scripted programmer: the calls that come of a text, and the
+// read-back of a chip that holds given rows.
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "common/privatemachine.h"
+#include "external/usbtransport.h"
+#include "jtag/recordingdevcore.h"
+#include "jtag/wiring.h"
+#include "platform/numbers.h"
+#include "platform/platformdecorator.h"
+#include "plugin/clskeld2.h"
+
+namespace keld2::testing {
+
+using Bytes = std::vector<std::uint8_t>;
+
+// The lines of a row as a text of '0' and '1', the first bit first.
+using Bits = std::string;
+
+class SvfBench : public PlatformDecorator, public UsbTransport {
+  public:
+    SvfBench(std::uint8_t family, std::int32_t fuses);
+
+    // Plays a text as operation 6; the log starts empty. Answers prgresult[0].
+    int play(const std::string& text);
+    // One operation, or the sequence of autoprg when it is 0, with the text in file.
+    int run(int operation);
+    // The same as a sequence of two operations 6; the second plays another text.
+    int playtwo(const std::string& first, const std::string& second);
+    // The calls of the operation itself, without the start-up: from its first frame on.
+    std::vector<std::string> calls() const;
+    std::size_t count(const std::string& call) const;
+    // What a chip on the lines sees of a text's statements, without what precedes and follows
+    // them in every operation; see Waveform.
+    std::string statements(const std::string& text);
+    std::string log() const { return utf8(module_.variables().MainRtstr[0].text()); }
+    SharedVariables& s() { return module_.variables(); }
+
+    // A row as the programmer brings it: whole bytes, then a raw byte for each of the last bits.
+    Bytes packed(const Bits& bits) const;
+    // A raw byte for each bit.
+    Bytes raw(const Bits& bits) const;
+
+    std::vector<std::optional<Bytes>> bulk;  // in order; none: a failed transfer; 0 behind them
+    std::optional<std::string> file;         // of the text; none: it is missing
+    std::function<void()> onservice = [] {};
+    std::function<void()> onread = [] {};  // before the text is read
+
+    void service() override { onservice(); }
+    FileContent readfile(std::span<const std::u16string> parts) override;
+    int usbcomwrite(std::span<const std::uint8_t> frame) override;
+    void usbbulkread(std::span<std::uint8_t> target, std::uint8_t* result) override;
+    int usbbulkwrite(std::span<const std::uint8_t>) override { return 0; }
+
+  private:
+    std::size_t endofstatements() const;
+    std::uint8_t rawbyte(char bit) const;
+
+    const JtagFamily* family_;
+    mutable PosixPlatform machine_{test::privatemachine()};
+    mutable Module module_;
+    RecordingDevCore* devcore_ = nullptr;
+    std::size_t bulkreads_ = 0;
+};
+
+// count irregular bits, the same for the same seed.
+Bits pattern(std::int32_t count, unsigned seed);
+// Bits as a hexadecimal field: the first bit is bit 0 of the last digit. digits: at least so many.
+std::string field(const Bits& bits);
+// A read of these bits on one line, all of them compared.
+std::string read(const Bits& bits);
+
+}  // namespace keld2::testing
