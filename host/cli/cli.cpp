@@ -8,6 +8,7 @@
 #include "host/commands/cataloguecommands.h"
 #include "host/commands/devicecommands.h"
 #include "host/commands/editcommand.h"
+#include "host/commands/mapcommand.h"
 #include "host/hosterror.h"
 
 namespace keld2::host {
@@ -22,6 +23,7 @@ int runcli(int argc, const char* const* argv) {
     adddevicecommands(program, options, status);
     addcataloguecommands(program, options, status);
     addeditcommand(program, options, status);
+    addmapcommand(program, options, status);
     addjobcommand(program, options, status);
     try {
         program.parse(argc, argv);

@@ -4,6 +4,7 @@
 #include <sstream>
 
 #include "host/commands/devicejob.h"
+#include "host/commands/mapcommand.h"
 #include "host/hosterror.h"
 
 namespace keld2::host {
@@ -15,6 +16,7 @@ constexpr std::size_t moststeps = 11;  // that the plug-in's sequence holds
 struct Arguments {
     std::string file;
     std::string steps;  // of auto; empty: those of the device
+    std::string map;    // of read; a picture of the fuse map
 };
 
 std::vector<const Operation*> parsesteps(const std::string& text) {
@@ -43,10 +45,16 @@ void addoperation(CLI::App& program, const Operation& operation, const DeviceOpt
     if (operation.needsdata)
         command->add_option("FILE", arguments->file, "the file with the chip's content")
             ->required();
-    if (operation.name == "read")
+    if (operation.name == "read") {
         command->add_option("OUT", arguments->file, "the file to write")->required();
+        command->add_option("--map", arguments->map,
+                            "draws the fuse map, too: a .png or .svg file");
+    }
     command->callback([arguments, &operation, &options, &status] {
+        if (!arguments->map.empty()) checkmapoutput(options, arguments->map);
         status = rundevicejob({.steps = {&operation}, .file = arguments->file}, options);
+        if (!arguments->map.empty() && status == exitstatus::well)
+            drawmap(options, arguments->file, arguments->map);
     });
 }
 
