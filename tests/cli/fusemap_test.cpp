@@ -69,5 +69,35 @@ TEST_P(FuseMap, FaultsOfTheChipShow) {
     EXPECT_THAT(foreign.out + foreign.err, HasSubstr("Device Code Error"));
 }
 
+class FuseMapFile : public Bench {
+  protected:
+    FuseMapFile() { device_ = "logic-17200-b"; }
+    std::string blankmap(std::size_t fuses, const std::string& fields) const {
+        const std::string count = std::to_string(fuses);
+        return folder_
+            .file("a.jed", "\x02*QF" + count + "*F1*L0 0*" + fields +
+                               "\x03"
+                               "0000")
+            .string();
+    }
+};
+
+TEST_F(FuseMapFile, TheSecurityFuseIsNotWrittenUnasked) {
+    const std::string wish = blankmap(17200, "G1*");
+    EXPECT_THAT(keld2({"auto", wish}).err,
+                HasSubstr("a.jed asks for the security fuse; program does not write it, secure "
+                          "does\n"));
+    mustwork({"verify", wish});
+    mustwork({"auto", wish, "--steps", "erase,program,secure"});
+    EXPECT_EQ(keld2({"verify", wish}).status, 1) << "a secured chip shows nothing";
+}
+
+TEST_F(FuseMapFile, OfAnotherDeviceIsRefused) {
+    const std::string other = blankmap(35600, "");
+    const ProgramResult result = keld2({"program", other});
+    EXPECT_EQ(result.status, 65);
+    EXPECT_EQ(result.err, "keld2: " + other + ": 35600 fuses, expected 17200 for logic-17200-b\n");
+}
+
 }  // namespace
 }  // namespace keld2::test
