@@ -9,7 +9,7 @@
 
 namespace keld2::bench {
 
-class IdleDevCore final : public DevCore {
+class IdleDevCore : public DevCore {
   public:
     explicit IdleDevCore(std::int64_t& queued) : queued_(queued) {}
 
@@ -50,7 +50,7 @@ class IdleDevCore final : public DevCore {
     std::int64_t& queued_;
 };
 
-class IdleTransport final : public UsbTransport {
+class IdleTransport : public UsbTransport {
   public:
     int usbcomwrite(std::span<const std::uint8_t>) override { return 0; }
     void usbbulkread(std::span<std::uint8_t> target, std::uint8_t* result) override {
