@@ -20,6 +20,8 @@ struct StateSection {
     std::span<std::uint8_t> bytes;
 };
 
+class DebugPort;
+
 class Chip {
   public:
     virtual ~Chip() = default;
@@ -42,6 +44,8 @@ class Chip {
 
     // What the chip keeps without power, always the same sections in the same order.
     virtual std::vector<StateSection> state() { return {}; }
+    // The way in for a programmer that works by an algorithm image; nullptr: there is none.
+    virtual DebugPort* debugport() { return nullptr; }
 };
 
 }  // namespace keld2::sim

@@ -28,9 +28,13 @@ class SimDevCore final : public DevCore {
     int readycheck() override { return p_.faults_.refuse.strikes() ? 1 : 0; }
     void readyfail() override {}
     int modeselect(std::uint8_t) override { return mode(); }
-    int modeselect2(std::uint8_t, int) override { return mode(); }
-    int modeselect3(std::uint8_t, int) override { return mode(); }
-    int armready() override { return p_.faults_.refuse.strikes() ? 1 : 0; }
+    int modeselect2(std::uint8_t, int) override { return mode(ArmMode::modeselect2); }
+    int modeselect3(std::uint8_t, int) override { return mode(ArmMode::modeselect3); }
+    int armready() override {
+        if (p_.faults_.refuse.strikes()) return 1;
+        p_.selectarm(ArmMode::armready);
+        return 0;
+    }
 
     void regwrite(std::int32_t value, std::uint8_t reg) override {
         p_.board_.pass(immediatetime);
@@ -81,6 +85,11 @@ class SimDevCore final : public DevCore {
     static constexpr std::uint64_t immediatetime = microsecond;
 
     int mode() { return p_.faults_.modefail.strikes() ? 2 : 0; }
+    int mode(ArmMode arm) {
+        const int answer = mode();
+        if (answer == 0) p_.selectarm(arm);
+        return answer;
+    }
 
     SimProgrammer& p_;
     SharedVariables& s_;

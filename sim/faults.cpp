@@ -12,7 +12,8 @@ namespace {
 
 constexpr const char* forms =
     "refuse[=COUNT], modefail[=COUNT], bulkfail[=COUNT], bulkhang[=COUNT], transferfail[=COUNT], "
-    "sendfail[=COUNT], stuck=ADDRESS:BIT[:LEVEL], wrongid or nopower";
+    "sendfail[=COUNT], stuck=ADDRESS:BIT[:LEVEL], wrongid, nopower, weak=ADDRESS, "
+    "phasefail=PHASE:ADDRESS, neverdone or nostop";
 
 struct CountedRow {
     std::string_view name;
@@ -30,12 +31,14 @@ constexpr std::array counted{
 
 struct PlainRow {
     std::string_view name;
-    bool Faults::*fault;
+    bool& (*fault)(Faults& faults);
 };
 
 constexpr std::array plain{
-    PlainRow{"wrongid", &Faults::wrongid},
-    PlainRow{"nopower", &Faults::nopower},
+    PlainRow{"wrongid", [](Faults& f) -> bool& { return f.wrongid; }},
+    PlainRow{"nopower", [](Faults& f) -> bool& { return f.nopower; }},
+    PlainRow{"neverdone", [](Faults& f) -> bool& { return f.arm.neverdone; }},
+    PlainRow{"nostop", [](Faults& f) -> bool& { return f.arm.nostop; }},
 };
 
 [[noreturn]] void refuse(std::string_view text, const std::string& expected) {
@@ -73,6 +76,21 @@ StuckBit stuckbit(std::string_view text, std::string_view value) {
     return {.address = *address, .bit = static_cast<std::uint8_t>(*bit), .level = *level == 1};
 }
 
+std::uint32_t weakbyte(std::string_view text, std::string_view value) {
+    const auto address = number(value);
+    if (!address) refuse(text, "weak=ADDRESS");
+    return *address;
+}
+
+void failphase(ArmFaults& faults, std::string_view text, std::string_view value) {
+    const auto phase = phasenamed(cutfield(value));
+    const auto address = number(value);
+    if (!phase || !address)
+        refuse(text, "phasefail=PHASE:ADDRESS with PHASE one of " + allphases());
+    faults.failphase = phase;
+    faults.failaddress = *address;
+}
+
 void aim(CountedFault& fault, std::string_view text, std::optional<std::string_view> value) {
     if (!value) return fault.aim(1, true);
     std::string_view digits = *value;
@@ -95,11 +113,13 @@ void addfault(Faults& faults, std::string_view text) {
     for (const PlainRow& row : plain) {
         if (row.name != name) continue;
         if (value) refuse(text, std::string(name) + " without a value");
-        faults.*row.fault = true;
+        row.fault(faults) = true;
         return;
     }
-    if (name != "stuck" || !value) refuse(text, forms);
-    faults.stuck.push_back(stuckbit(text, *value));
+    if (name == "stuck" && value) return faults.stuck.push_back(stuckbit(text, *value));
+    if (name == "weak" && value) return faults.weak.push_back(weakbyte(text, *value));
+    if (name == "phasefail" && value) return failphase(faults.arm, text, *value);
+    refuse(text, forms);
 }
 
 }  // namespace keld2::sim

@@ -9,15 +9,22 @@
 //   stuck=ADDRESS:BIT[:LEVEL]        a bit of the chip's memory always reads LEVEL (0 without it)
 //   wrongid                          the chip tells another id than its own
 //   nopower                          VCC never reaches the socket
+//   weak=ADDRESS                     a byte of the chip's memory loses its zeros below nominal VCC
+//   phasefail=PHASE:ADDRESS          an operation on an ARM device fails in this phase at this word
+//   neverdone                        no operation on an ARM device comes to its end
+//   nostop                           operations on an ARM device cannot be stopped
 //
 // COUNT is a number from 1 (that call only) or a number with + behind it (that call and all after
 // it); without COUNT every call. ADDRESS is decimal, or hexadecimal with 0x before it.
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "sim/armphase.h"
 
 namespace keld2::sim {
 
@@ -47,6 +54,13 @@ struct StuckBit {
     bool level = false;
 };
 
+struct ArmFaults {
+    std::optional<ArmPhase> failphase = {};
+    std::uint32_t failaddress = 0;  // of a word
+    bool neverdone = false;
+    bool nostop = false;
+};
+
 struct Faults {
     CountedFault refuse;
     CountedFault modefail;
@@ -55,6 +69,8 @@ struct Faults {
     CountedFault transferfail;
     CountedFault sendfail;
     std::vector<StuckBit> stuck = {};
+    std::vector<std::uint32_t> weak = {};  // addresses in the chip's main memory
+    ArmFaults arm = {};
     bool wrongid = false;
     bool nopower = false;
 };

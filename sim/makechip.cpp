@@ -2,6 +2,7 @@
 #include <string_view>
 
 #include "platform/fault.h"
+#include "sim/armflash.h"
 #include "sim/chipspec.h"
 #include "sim/fixedlogicchip.h"
 #include "sim/parallelchip.h"
@@ -21,6 +22,7 @@ constexpr std::array kinds{
     KindRow{.kind = "parallelbyte", .make = makebytechip},
     KindRow{.kind = "parallelpage", .make = makepagechip},
     KindRow{.kind = "serial", .make = makeserialchip},
+    KindRow{.kind = "arm", .make = makearmflash},
 };
 
 }  // namespace

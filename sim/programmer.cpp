@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "platform/fault.h"
+#include "sim/armpart.h"
 #include "sim/chipimage.h"
 #include "sim/components.h"
 
@@ -53,6 +54,7 @@ SimProgrammer::SimProgrammer(SimSetting setting)
     list_.reserve(usuallist);
     if (image_ && loadimage(image_->path, image_->device, chip().state()))
         saved_ = contents(chip());
+    if (DebugPort* port = chip().debugport()) addpart(makearmpart(*port, faults_));
 }
 
 SimProgrammer::~SimProgrammer() = default;
@@ -201,10 +203,15 @@ void SimProgrammer::loadalgobuf(std::int32_t& length, std::span<std::uint8_t> al
 
 // --- power and image -----------------------------------------------------------------------------
 
+void SimProgrammer::selectarm(ArmMode mode) {
+    for (const auto& part : parts_) part->selected(mode);
+}
+
 void SimProgrammer::powerdown() {
     bulk_.drain();
     list_.clear();  // it was meant for the powered chip
     board_.powerdown();
+    for (const auto& part : parts_) part->powerdown();
     try {
         save();
     } catch (const RunFault&) {  // told by the host's own save()

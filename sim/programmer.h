@@ -25,11 +25,16 @@
 
 namespace keld2::sim {
 
+// The calls that switch the programmer to a mode of its own for ARM devices.
+enum class ArmMode { modeselect2, modeselect3, armready };
+
 // A part of the firmware with frames and transfers of its own. A part that takes a call answers
 // so, and the programmer's own handling is left out; parts are asked last added first.
 class FirmwarePart {
   public:
     virtual ~FirmwarePart() = default;
+    virtual void selected(ArmMode) {}
+    virtual void powerdown() {}
     virtual bool frame(std::span<const std::uint8_t> /*frame*/) { return false; }
     // Fills all of data for a bulk read.
     virtual bool bulkread(std::span<std::uint8_t> /*data*/) { return false; }
@@ -106,6 +111,7 @@ class SimProgrammer {
     void run(const ListEntry& entry);
     void writeregister(std::int32_t value, std::uint8_t reg);
     void powerdown();
+    void selectarm(ArmMode mode);
 
     int frame(std::span<const std::uint8_t> frame);
     void readbackframe(std::span<const std::uint8_t> frame);
