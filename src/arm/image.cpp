@@ -19,12 +19,8 @@ std::u16string trimmed(const std::u16string& text) {
 }
 
 // A file of an algorithm folder; empty when it is missing or its name leaves the folder.
-std::vector<std::uint8_t> readimage(const ArmContext& c, std::u16string_view folder,
-                                    const std::u16string& subfolder, const std::u16string& name) {
-    std::vector<std::u16string> parts{std::u16string(folder)};
-    if (!subfolder.empty()) parts.push_back(subfolder);
-    parts.push_back(name);
-    FileContent file = c.platform.readfile(parts);
+std::vector<std::uint8_t> readimage(const ArmContext& c, const ArmFileName& name) {
+    FileContent file = c.platform.readfile(name);
     if (file.status != FileContent::Status::read) return {};
     return std::move(file.bytes);
 }
@@ -32,13 +28,13 @@ std::vector<std::uint8_t> readimage(const ArmContext& c, std::u16string_view fol
 // Puts the image that the row names into algobuf; its length in bytes, none when it is unusable.
 std::optional<std::int32_t> choose(const ArmContext& c, const ArmStartupRow& row) {
     auto& algobuf = c.s.algobuf;
-    const auto part = [&c](int i) { return trimmed(c.s.algorithm[i].text()); };
+    const ArmImageNames names = imagenames(c.s, row);
     const auto fits = [&](const auto& image) {
         return !image.empty() && static_cast<std::int64_t>(image.size()) <= algobuf.size();
     };
-    auto image = readimage(c, row.folder, u"clk", part(0).append(row.firstending));
+    auto image = readimage(c, names.first);
     const bool first = !image.empty();
-    if (!first) image = readimage(c, row.folder, part(1), part(2).append(row.secondending));
+    if (!first) image = readimage(c, names.second);
     if (!fits(image)) return std::nullopt;
     std::copy(image.begin(), image.end(), algobuf.data());
     auto length = static_cast<std::int32_t>(image.size());
@@ -64,6 +60,15 @@ ImageLoad readback(const ArmContext& c, std::int32_t length) {
 }
 
 }  // namespace
+
+ArmImageNames imagenames(SharedVariables& s, const ArmStartupRow& row) {
+    const auto part = [&s](int i) { return trimmed(s.algorithm[i].text()); };
+    const std::u16string folder(row.folder);
+    ArmImageNames names{.first = {folder, u"clk", part(0).append(row.firstending)},
+                        .second = {folder, part(1), part(2).append(row.secondending)}};
+    if (names.second[1].empty()) names.second.erase(names.second.begin() + 1);
+    return names;
+}
 
 ImageLoad loadimage(const ArmJob& job, const ArmStartupRow& row) {
     const ArmContext& c = job.c;

@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "arm/image.h"
 #include "families/usbkeld2pldprg.h"
 #include "families/usbsvfprg.h"
 #include "mpu/usbkel2mpuprg.h"
@@ -57,6 +58,14 @@ const ArmProfile* armprofile(Runner runner) {
         default:
             return nullptr;
     }
+}
+
+std::vector<std::vector<std::u16string>> algorithmfiles(SharedVariables& s) {
+    const ArmProfile* profile = armprofile(runnerfor(s.modeltype[0], s.selmode[0], s.prgmode[0]));
+    if (profile == nullptr) return {};
+    const ArmImageNames names =
+        imagenames(s, startuprow(*profile, s.modeltype[0], isset(s.usbable[3])));
+    return {names.first, names.second};
 }
 
 std::unique_ptr<RunWindow> makewindow(Runner runner, const RunContext& run) {

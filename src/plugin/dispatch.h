@@ -3,6 +3,8 @@
 
 #include <cstdint>
 #include <memory>
+#include <string>
+#include <vector>
 
 #include "arm/profile.h"
 #include "run/runwindow.h"
@@ -23,6 +25,10 @@ Runner runnerfor(std::int16_t modeltype, std::uint8_t selmode, std::uint8_t prgm
 
 // The profile of a runner that is a family of ARM devices, else nullptr.
 const ArmProfile* armprofile(Runner runner);
+
+// The files, below the run's folder, in which the algorithm image of the chosen ARM device may lie,
+// the preferred one first; none for other devices.
+std::vector<std::vector<std::u16string>> algorithmfiles(SharedVariables& s);
 
 // A fresh window of a runner; nullptr when this build has none for it.
 std::unique_ptr<RunWindow> makewindow(Runner runner, const RunContext& run);
