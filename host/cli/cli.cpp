@@ -5,6 +5,7 @@
 #include <iostream>
 
 #include "host/cli/jobcommand.h"
+#include "host/commands/algocommands.h"
 #include "host/commands/cataloguecommands.h"
 #include "host/commands/devicecommands.h"
 #include "host/commands/editcommand.h"
@@ -22,6 +23,7 @@ int runcli(int argc, const char* const* argv) {
     adddeviceoptions(program, options);
     adddevicecommands(program, options, status);
     addcataloguecommands(program, options, status);
+    addalgocommands(program, options, status);
     addeditcommand(program, options, status);
     addmapcommand(program, options, status);
     addjobcommand(program, options, status);

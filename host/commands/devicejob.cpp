@@ -92,7 +92,8 @@ class DeviceCommand {
                                  .steps = steps_,
                                  .sequence = job_.sequence,
                                  .data = data_ ? data_->parts : std::vector<BufferPart>{},
-                                 .language = language_};
+                                 .language = language_,
+                                 .simulated = true};
         const auto start = std::chrono::steady_clock::now();
         RunReport report = runondevice(request, makeprogrammer, console_);
         seconds_ = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();

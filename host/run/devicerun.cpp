@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "host/arm/armdevice.h"
 #include "host/hosterror.h"
 #include "host/programmer/devcoredecorator.h"
 #include "host/run/hosttexts.h"
@@ -83,6 +84,7 @@ class DeviceRun {
         plugin.sinitkeld2();
         plugin.keld2warn(s().wwarnno[0]);
         filldata();
+        providefiles();
         const bool usb = true;
         plugin.runKeld2Prg(usb);
         platform_.look();
@@ -126,6 +128,13 @@ class DeviceRun {
         }
     }
 
+    void providefiles() {
+        if (!isarm(request_.device)) return;
+        const auto& autosteps = request_.sequence ? request_.steps : request_.device.autosteps;
+        if (request_.simulated) platform_.provide(algorithmfile(request_.device, autosteps, s()));
+        if (takesfile(s())) platform_.provide(datafile(s()));
+    }
+
     External external() {
         return {
             .devcore = [this](SharedVariables& views) -> std::unique_ptr<DevCore> {
@@ -157,10 +166,22 @@ class DeviceRun {
 
     // By the result lines of the log, which come in the order of the steps.
     std::size_t stepsdone() {
+        if (outcome() == RunReport::Outcome::well) return request_.steps.size();
+        if (isarm(request_.device)) return phasesdone();
         std::size_t done = 0;
         for (const std::string& line : platform_.lines())
             if (done < request_.steps.size() && line == wellline(*request_.steps[done])) ++done;
         return done;
+    }
+    // An ARM device notes a step of its sequence when it begins.
+    std::size_t phasesdone() {
+        std::size_t begun = 0;
+        for (std::size_t i = 0; i < request_.steps.size(); ++i) {
+            const std::string name = ">>" + utf8(s().MainmnuPrg[request_.steps[i]->number].text());
+            const auto notes = [&](const std::string& line) { return line.starts_with(name); };
+            if (std::ranges::any_of(platform_.lines(), notes)) begun = i;
+        }
+        return begun;
     }
     std::string wellline(const Operation& step) {
         return ">>" + utf8(s().MainmnuPrg[step.number].text() + s().prgnote[2].text());
@@ -169,7 +190,7 @@ class DeviceRun {
     RunReport report() {
         return {.outcome = outcome(),
                 .done = stepsdone(),
-                .percent = s().prgmode[1],
+                .percent = isarm(request_.device) ? platform_.percent() : s().prgmode[1],
                 .log = platform_.lines(),
                 .buffer = {s().ibuffer.data(), s().ibuffer.data() + s().ibuffer.size()}};
     }

@@ -23,6 +23,8 @@ struct RunRequest {
     bool sequence = false;
     std::vector<BufferPart> data;  // laid over a blank buffer
     std::int32_t language = 0;     // offset of the language block
+    // Whether an ARM device finds a simulated algorithm image where the run's folder has none.
+    bool simulated = false;
 };
 
 // Whoever shows the run. All calls come on the thread that runs it.

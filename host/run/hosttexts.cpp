@@ -25,7 +25,7 @@ constexpr std::array<std::u16string_view, 13> notes{
     u" failed",                               //
     u">>Stopped",                             //
     u"Differences between chip and buffer:",  // first line of a compare's report
-    u"",                                      //
+    u"   Address     Chip       Buffer",      // second line of that of an ARM device
     u"The chip is not blank. Go on?",         //
     u"Blank check",                           // title of that question
     u"Maker: ",                               //

@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <atomic>
 
 #include "host/hosterror.h"
@@ -22,8 +23,20 @@ void RunPlatform::service() {
     auto& result = variables_.prgresult;
     if (listener_.stopasked() && result.acquire(0) == exitstatus::well)
         result.release(0, exitstatus::stopped);
+    percent_ = variables_.prgmode[1];  // here: an ARM run clears it at its end
     look();
     PosixPlatform::service();
+}
+
+FileContent RunPlatform::readfile(std::span<const std::u16string> parts) {
+    const auto file = std::ranges::find_if(
+        files_, [parts](const RunFile& one) { return std::ranges::equal(one.parts, parts); });
+    if (file != files_.end() && file->overriding)
+        return {.status = FileContent::Status::read, .bytes = file->bytes};
+    FileContent content = PosixPlatform::readfile(parts);
+    if (content.status == FileContent::Status::missing && file != files_.end())
+        return {.status = FileContent::Status::read, .bytes = file->bytes};
+    return content;
 }
 
 void RunPlatform::look() {

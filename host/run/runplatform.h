@@ -3,6 +3,7 @@
 
 #include "host/run/devicerun.h"
 #include "host/run/logfollower.h"
+#include "host/run/runfile.h"
 #include "platform/posix/posixplatform.h"
 
 namespace keld2::host {
@@ -22,11 +23,16 @@ class RunPlatform final : public PosixPlatform {
     BoxAnswer messagebox(const Box& box) override;
     void window(std::string_view name, const WindowChange& change) override;
 
+    // A file that the run finds. Comes before the run.
+    void provide(RunFile file) { files_.push_back(std::move(file)); }
+    FileContent readfile(std::span<const std::u16string> parts) override;
+
     // Shows what has changed; more often than the message loop is served.
     void look();
 
     SharedVariables& variables() { return variables_; }  // the host's views
     const std::vector<std::string>& lines() const { return lines_; }
+    int percent() const { return percent_; }  // of the operation at which the run stands
     bool boxanswered() const { return boxanswered_; }
 
   private:
@@ -38,6 +44,8 @@ class RunPlatform final : public PosixPlatform {
     LogFollower log_;
     FollowedStrings strings_;
     std::vector<std::string> lines_;
+    std::vector<RunFile> files_;
+    int percent_ = 0;
     bool boxanswered_ = false;  // with Abort or Cancel
 };
 

@@ -36,11 +36,43 @@ TEST(Faults, AimByAddress) {
     EXPECT_TRUE(faults.stuck[1].level);
 }
 
+TEST(Faults, OfArmDevicesAimAtPhasesAndWeakBytes) {
+    sim::Faults faults;
+    for (const char* text : {"weak=7", "weak=0x10", "phasefail=verify:0x20", "nostop"})
+        sim::addfault(faults, text);
+    EXPECT_EQ(faults.weak, (std::vector<std::uint32_t>{7, 16}));
+    EXPECT_EQ(faults.arm.failphase, sim::ArmPhase::verify);
+    EXPECT_EQ(faults.arm.failaddress, 32U);
+    EXPECT_TRUE(faults.arm.nostop);
+    EXPECT_FALSE(faults.arm.neverdone);
+}
+
 TEST(Faults, RefuseWhatTheyDoNotKnow) {
-    for (const char* text :
-         {"", "fire", "stuck", "stuck=", "stuck=3", "stuck=3:8", "stuck=3:1:2", "stuck=3:1:1:1",
-          "stuck=3:1:", "stuck=0x:1", "stuck=-1:1", "stuck=4294967296:0", "bulkfail=", "bulkfail=0",
-          "bulkfail=x", "bulkfail=1 ", "nopower=1", "Refuse"}) {
+    for (const char* text : {"",
+                             "fire",
+                             "stuck",
+                             "stuck=",
+                             "stuck=3",
+                             "stuck=3:8",
+                             "stuck=3:1:2",
+                             "stuck=3:1:1:1",
+                             "stuck=3:1:",
+                             "stuck=0x:1",
+                             "stuck=-1:1",
+                             "stuck=4294967296:0",
+                             "bulkfail=",
+                             "bulkfail=0",
+                             "bulkfail=x",
+                             "bulkfail=1 ",
+                             "nopower=1",
+                             "Refuse",
+                             "weak",
+                             "weak=x",
+                             "phasefail",
+                             "phasefail=program",
+                             "phasefail=rinse:1",
+                             "phasefail=erase:",
+                             "neverdone=1"}) {
         sim::Faults faults;
         try {
             sim::addfault(faults, text);
