@@ -134,6 +134,16 @@ TEST(ListEngine, ShiftsEightBitsOnEveryWiring) {
             }
 }
 
+TEST(ListEngine, StartsFromAHighClockWithoutAnEdge) {
+    for (const bool fast : {false, true}) {
+        ShiftBench b(records[0], 42, fast);
+        b.board->writeregister(0, b.board->socket().registers[0] | 16);
+        EXPECT_EQ(b.chip->edges, 1);
+        b.engine->run(142, 0);
+        EXPECT_EQ(b.chip->edges, 8);
+    }
+}
+
 TEST(ListEngine, ReadsBackInTheFixedModeWhatItProgrammed) {
     for (const std::uint8_t b : std::array<std::uint8_t, 3>{0x01, 0x80, 0x6D}) {
         ShiftBench second(records[11], 10, true);
