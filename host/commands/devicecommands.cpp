@@ -61,7 +61,8 @@ void addoperation(CLI::App& program, const Operation& operation, const DeviceOpt
 void addauto(CLI::App& program, const DeviceOptions& options, int& status) {
     const auto arguments = std::make_shared<Arguments>();
     CLI::App* command = program.add_subcommand("auto", "carries out several operations in turn");
-    command->add_option("FILE", arguments->file, "the file with the chip's content")->required();
+    command->add_option("FILE", arguments->file,
+                        "the file with the chip's content, where a step needs one");
     command->add_option("--steps", arguments->steps,
                         "operations with commas between (default: those of the device)");
     command->callback([arguments, &options, &status] {

@@ -64,7 +64,17 @@ class DeviceCommand {
             if (!device_.has(*step))
                 refuseusage(device_.name + " cannot do \"" + std::string(step->name) +
                             "\", expected one of " + device_.operationlist());
+        if (job_.sequence) checksequence();
         if (reads()) format_ = outputformat(device_, job_.file, fileformat(options_));
+    }
+
+    void checksequence() const {
+        for (const Operation* step : steps_) {
+            if (step->name == "read")
+                refuseusage("read is no step of a sequence, expected the command \"read OUT\"");
+            if (step->needsdata && job_.file.empty())
+                refuseusage("no file for \"" + std::string(step->name) + "\", expected auto FILE");
+        }
     }
 
     void loadfile() {

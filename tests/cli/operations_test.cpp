@@ -96,6 +96,11 @@ TEST_F(Operations, AutoDoesItsStepsInOrderUntilOneFails) {
     EXPECT_EQ(keld2({"auto", data, "--steps", "blank,verify", "--on-box", "ok"}).status, 0);
 }
 
+TEST_F(Operations, AutoNeedsNoFileForStepsThatUseNone) {
+    mustwork({"program", hex("a.hex", {{0, {0}}})});
+    mustwork({"auto", "--steps", "erase,blank"});
+}
+
 TEST_F(Operations, ReadNeverCoversAFileUnasked) {
     const auto out = folder_.file("out.bin", "mine").string();
     const ProgramResult result = keld2({"read", out});

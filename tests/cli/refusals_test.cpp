@@ -55,6 +55,10 @@ TEST_F(Refusals, AreSaidToTheLetter) {
           "erase,erase"},
          64,
          "--steps: 12 steps, expected at most 11"},
+        {{"auto"}, 64, "no file for \"program\", expected auto FILE"},
+        {{"auto", good, "--steps", "erase,read"},
+         64,
+         "read is no step of a sequence, expected the command \"read OUT\""},
         {{"erase", "--language", "xx"},
          64,
          "--language xx: is not known, expected one of en, zh-cn, zh-tw, ko, pl, it, nl, pt, tr, "
