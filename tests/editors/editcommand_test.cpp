@@ -5,6 +5,7 @@
 
 #include "common/madefolder.h"
 #include "host/cli/cli.h"
+#include "host/files/files.h"
 #include "host/files/imagefile.h"
 
 namespace keld2::test {
@@ -141,6 +142,38 @@ TEST_F(EditCommand, LeavesTheFileAlone) {
         EXPECT_EQ(edit(c.device, c.editor, c.file, c.actions), c.status)
             << c.device << ' ' << c.editor << ' ' << c.actions;
         EXPECT_EQ(host::readtext(folder_ / "a.hex"), before) << c.actions;
+    }
+}
+
+// The editors that a job's calls open take one block of actions each; a wrong action ends the
+// session before the next call.
+TEST_F(EditCommand, JobAnswersItsEditors) {
+    struct Case {
+        const char* actions;
+        int status;
+        const char* cells;  // of the user code, the option byte behind it
+    };
+    const std::string job = folder_
+                                .file("job.toml",
+                                      "[shared]\nprgmode = 1\ntlength = 4\nbuflength = 64\n"
+                                      "[buffer]\nfill = 48\n"
+                                      "[run]\ncalls = [\"usercode\", \"editfigkeld2\"]\n")
+                                .string();
+    const std::string replay = folder_.file("replay.txt", "").string();
+    for (const Case& c :
+         {Case{"[\"key\",\"Text1\",\"1\"]\n[\"ok\"]\n\n[\"select\",\"Option2(1)\"]\n[\"ok\"]\n", 0,
+               "3130303022"},
+          Case{"[\"ok\"]\n\n[\"cancel\"]\n", 0, "3030303030"},
+          Case{"[\"key\",\"Text4\",\"1\"]\n[\"ok\"]\n\n[\"ok\"]\n", 65, ""}}) {
+        const std::string script = folder_.file("actions.txt", c.actions).string();
+        const std::string dump = (folder_ / "dump.json").string();
+        const char* argv[]{"keld2",  "job",          job.c_str(), "--replay",  replay.c_str(),
+                           "--form", script.c_str(), "--dump",    dump.c_str()};
+        EXPECT_EQ(host::runcli(std::size(argv), argv), c.status) << c.actions;
+        const std::string text = host::readtext(dump);
+        if (c.status == 0) {
+            EXPECT_NE(text.find("\"30303030" + std::string(c.cells)), text.npos) << c.actions;
+        }
     }
 }
 
