@@ -5,6 +5,7 @@
 #include "sim/armflash.h"
 #include "sim/chipspec.h"
 #include "sim/fixedlogicchip.h"
+#include "sim/logicchip.h"
 #include "sim/parallelchip.h"
 #include "sim/serialchip.h"
 
@@ -19,6 +20,7 @@ struct KindRow {
 
 constexpr std::array kinds{
     KindRow{.kind = "fusearray", .make = makefixedlogicchip},
+    KindRow{.kind = "logic", .make = makelogicchip},
     KindRow{.kind = "parallelbyte", .make = makebytechip},
     KindRow{.kind = "parallelpage", .make = makepagechip},
     KindRow{.kind = "serial", .make = makeserialchip},
