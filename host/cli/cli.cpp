@@ -9,6 +9,7 @@
 #include "host/commands/cataloguecommands.h"
 #include "host/commands/devicecommands.h"
 #include "host/commands/editcommand.h"
+#include "host/commands/svfcommands.h"
 #include "host/commands/mapcommand.h"
 #include "host/hosterror.h"
 
@@ -26,6 +27,7 @@ int runcli(int argc, const char* const* argv) {
     addalgocommands(program, options, status);
     addeditcommand(program, options, status);
     addmapcommand(program, options, status);
+    addsvfcommands(program, options, status);
     addjobcommand(program, options, status);
     try {
         program.parse(argc, argv);

@@ -7,9 +7,11 @@
 #include "host/catalogue/catalogue.h"
 #include "host/commands/interruptwatch.h"
 #include "host/commands/runresult.h"
+#include "host/files/files.h"
 #include "host/files/outputfile.h"
 #include "host/hosterror.h"
 #include "host/run/devicedata.h"
+#include "host/svf/svftask.h"
 
 namespace keld2::host {
 
@@ -103,11 +105,24 @@ class DeviceCommand {
                                  .sequence = job_.sequence,
                                  .data = data_ ? data_->parts : std::vector<BufferPart>{},
                                  .language = language_,
-                                 .simulated = true};
+                                 .simulated = true,
+                                 .texts = texts()};
         const auto start = std::chrono::steady_clock::now();
         RunReport report = runondevice(request, makeprogrammer, console_);
         seconds_ = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
         return report;
+    }
+
+    // What the plug-in plays in each step, for devices that are worked by SVF texts.
+    std::vector<std::string> texts() const {
+        if (!job_.svf.empty()) return {readtext(job_.svf)};
+        if (!playssvf(device_)) return {};
+        const LogicDevice logic = logicdevice(device_);
+        const std::vector<std::uint8_t> cells = cellsfrom(data_);
+        std::vector<std::string> list;
+        for (const Operation* step : steps_)
+            list.push_back(makesvf(logic, tasknamed(step->name).value(), cells));
+        return list;
     }
 
     int finish(const RunReport& report) {

@@ -11,7 +11,8 @@ namespace keld2::host {
 struct DeviceJob {
     std::vector<const Operation*> steps;  // empty in a sequence: those of the device
     bool sequence = false;
-    std::string file;  // to be written by read, else to be read; empty where none is needed
+    std::string file;      // to be written by read, else to be read; empty where none is needed
+    std::string svf = {};  // the path of an SVF text that is played in place of the device's own
 };
 
 // Answers the exit status of keld2. Throws HostError when something cannot be used; then the

@@ -78,6 +78,7 @@ class DeviceRun {
 
     RunReport run() {
         prepare();
+        platform_.laydown(request_.texts);
         Module module(programmer_->platform(), external());
         ClsKELD2 plugin(module);
         plugin.bufcomkeld2(instance);
@@ -109,13 +110,23 @@ class DeviceRun {
         s().prgresult[1] = 0;
         s().wautonum[0] = 0;
         if (!request_.sequence) {
-            s().prgresult[1] = static_cast<std::uint8_t>(request_.steps.at(0)->number);
+            const std::int16_t number = numberof(*request_.steps.at(0));
+            s().MainmnuPrg[number] = text(request_.steps[0]->title, request_.language);
+            s().prgresult[1] = static_cast<std::uint8_t>(number);
             return;
         }
         s().wautonum[0] = static_cast<std::uint8_t>(request_.steps.size());
         for (std::size_t i = 0; i < request_.steps.size(); ++i)
             s().autoprg[static_cast<std::int64_t>(i)] =
-                static_cast<std::uint8_t>(request_.steps[i]->number);
+                static_cast<std::uint8_t>(numberof(*request_.steps[i]));
+    }
+
+    // The number under which the plug-in carries the step out: one window plays texts for
+    // programming alone, whatever they do.
+    std::int16_t numberof(const Operation& step) const {
+        constexpr std::int64_t playsforprogram = 50;  // of prgmode[0]
+        const bool program = request_.device.value("prgmode") == playsforprogram;
+        return program ? operationnamed("program")->number : step.number;
     }
 
     void filldata() {
@@ -184,7 +195,7 @@ class DeviceRun {
         return begun;
     }
     std::string wellline(const Operation& step) {
-        return ">>" + utf8(s().MainmnuPrg[step.number].text() + s().prgnote[2].text());
+        return ">>" + utf8(s().MainmnuPrg[numberof(step)].text() + s().prgnote[2].text());
     }
 
     RunReport report() {

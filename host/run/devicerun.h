@@ -25,6 +25,7 @@ struct RunRequest {
     std::int32_t language = 0;     // offset of the language block
     // Whether an ARM device finds a simulated algorithm image where the run's folder has none.
     bool simulated = false;
+    std::vector<std::string> texts = {};  // pldtmp.svf of each step, where the device plays texts
 };
 
 // Whoever shows the run. All calls come on the thread that runs it.

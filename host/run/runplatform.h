@@ -21,11 +21,14 @@ class RunPlatform final : public PosixPlatform {
     SharedStrings& strings() override { return strings_; }
     void service() override;
     BoxAnswer messagebox(const Box& box) override;
+    FileContent readfile(std::span<const std::u16string> parts) override;
     void window(std::string_view name, const WindowChange& change) override;
 
     // A file that the run finds. Comes before the run.
     void provide(RunFile file) { files_.push_back(std::move(file)); }
-    FileContent readfile(std::span<const std::u16string> parts) override;
+    // Texts that stand for pldtmp.svf of the current folder, one an operation; none: what the
+    // folder holds.
+    void laydown(std::vector<std::string> texts) { texts_ = std::move(texts); }
 
     // Shows what has changed; more often than the message loop is served.
     void look();
@@ -41,12 +44,17 @@ class RunPlatform final : public PosixPlatform {
 
     RunListener& listener_;
     SharedVariables variables_;
+    FileContent nexttext();
+    FileContent providedfile(std::span<const std::u16string> parts);
+
     LogFollower log_;
     FollowedStrings strings_;
     std::vector<std::string> lines_;
     std::vector<RunFile> files_;
     int percent_ = 0;
     bool boxanswered_ = false;  // with Abort or Cancel
+    std::vector<std::string> texts_;
+    std::size_t textsread_ = 0;
 };
 
 }  // namespace keld2::host

@@ -1,0 +1,122 @@
+#include "host/commands/svfcommands.h"
+
+#include <unistd.h>
+
+#include <iostream>
+#include <memory>
+
+#include "host/catalogue/catalogue.h"
+#include "host/commands/devicejob.h"
+#include "host/files/files.h"
+#include "host/files/outputfile.h"
+#include "host/hosterror.h"
+#include "host/run/devicedata.h"
+#include "host/svf/svfcheck.h"
+#include "host/svf/svftask.h"
+
+namespace keld2::host {
+
+namespace {
+
+struct Arguments {
+    std::string task, data, layout = "A2", file;
+    bool anyway = false;  // plays a text that loses statements
+};
+
+Device chosendevice(const DeviceOptions& options) {
+    if (options.device.empty())
+        throw HostError(exitstatus::usage,
+                        "no device, expected -d DEVICE or the environment variable KELD2_DEVICE");
+    return Catalogue::standard().find(options.device);
+}
+
+[[noreturn]] void refuse(const std::string& option, const std::string& value,
+                         const std::string& expected) {
+    throw HostError(exitstatus::usage,
+                    option + " " + value + ": is unknown, expected one of " + expected);
+}
+
+int make(const Arguments& arguments, const DeviceOptions& options) {
+    const Device device = chosendevice(options);
+    const LogicDevice logic = logicdevice(device);
+    const auto task = tasknamed(arguments.task);
+    if (!task) refuse("--operation", arguments.task, tasknames());
+    const auto layout = layoutnamed(arguments.layout);
+    if (!layout) refuse("--layout", arguments.layout, layoutnames());
+    if (needsdata(*task) && arguments.data.empty())
+        throw HostError(exitstatus::usage,
+                        "no DATA, expected the file with the chip's content for " + arguments.task);
+    std::optional<DeviceData> data;
+    if (needsdata(*task)) data = loaddata(device, arguments.data, fileformat(options));
+    const std::string text = makesvf(logic, *task, cellsfrom(data), *layout);
+    if (arguments.file.empty())
+        std::cout << text;
+    else
+        writeoutput(arguments.file, text, options.force);
+    return exitstatus::well;
+}
+
+SvfCheck checkfile(const std::string& file, const DeviceOptions& options) {
+    return checksvf(logicdevice(chosendevice(options)), readtext(file));
+}
+
+int check(const Arguments& arguments, const DeviceOptions& options) {
+    const SvfCheck result = checkfile(arguments.file, options);
+    std::cout << told(result, arguments.file);
+    return result.usesall() ? exitstatus::well : exitstatus::data;
+}
+
+// Whether a text that loses statements is to be played all the same.
+bool askanyway(const Arguments& arguments) {
+    if (arguments.anyway) return true;
+    if (isatty(STDIN_FILENO) == 0) return false;
+    std::cerr << "keld2: not all of " << arguments.file << " will be played. Play it? [y/N] ";
+    std::string answer;
+    std::getline(std::cin, answer);
+    return answer == "y" || answer == "Y" || answer == "yes";
+}
+
+int play(const Arguments& arguments, const DeviceOptions& options) {
+    const SvfCheck result = checkfile(arguments.file, options);
+    if (!result.usesall()) {
+        std::cerr << told(result, arguments.file);
+        if (!askanyway(arguments))
+            throw HostError(exitstatus::data, arguments.file +
+                                                  ": not all of it would be played; "
+                                                  "--anyway plays it all the same");
+    }
+    return rundevicejob({.steps = {operationnamed("program")}, .file = {}, .svf = arguments.file},
+                        options);
+}
+
+void addmake(CLI::App& svf, const DeviceOptions& options, int& status) {
+    const auto arguments = std::make_shared<Arguments>();
+    CLI::App* command = svf.add_subcommand("make", "writes the text of an operation");
+    command->add_option("--operation", arguments->task, tasknames())->required();
+    command->add_option("--layout", arguments->layout,
+                        "how reads lie over lines: " + layoutnames() + " (default: A2)");
+    command->add_option("DATA", arguments->data, "the file with the chip's content");
+    command->add_option("-o,--output", arguments->file, "the file to write (default: to stdout)");
+    command->callback([arguments, &options, &status] { status = make(*arguments, options); });
+}
+
+}  // namespace
+
+void addsvfcommands(CLI::App& program, const DeviceOptions& options, int& status) {
+    CLI::App* svf = program.add_subcommand("svf", "makes the texts by which logic devices work");
+    svf->require_subcommand(1);
+    addmake(*svf, options, status);
+
+    const auto arguments = std::make_shared<Arguments>();
+    CLI::App* checking =
+        program.add_subcommand("check", "tells what a run would make of an SVF text");
+    checking->add_option("FILE", arguments->file, "the text")->required();
+    checking->callback([arguments, &options, &status] { status = check(*arguments, options); });
+
+    CLI::App* playing = program.add_subcommand("play", "plays an SVF text on the device");
+    playing->add_option("FILE", arguments->file, "the text")->required();
+    playing->add_flag("--anyway", arguments->anyway, "even if not all of it would be played");
+    playing->callback([arguments, &options, &status] { status = play(*arguments, options); });
+}
+
+}  // namespace keld2::host

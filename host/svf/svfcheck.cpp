@@ -1,0 +1,197 @@
+#include "host/svf/svfcheck.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+
+#include "host/svf/meterdevcore.h"
+#include "jtag/svftext.h"
+
+namespace keld2::host {
+
+namespace {
+
+// The first word of a line and what stands behind it, up to the semicolon.
+struct Words {
+    std::string first, rest;
+};
+
+Words wordsof(std::string_view line) {
+    const auto blank = [](char c) { return static_cast<unsigned char>(c) <= ' '; };
+    Words words;
+    std::size_t at = 0;
+    while (at < line.size() && blank(line[at])) ++at;
+    for (; at < line.size() && !blank(line[at]) && line[at] != ';'; ++at)
+        words.first += static_cast<char>(std::toupper(static_cast<unsigned char>(line[at])));
+    for (; at < line.size() && line[at] != ';'; ++at)
+        if (!blank(line[at]))
+            words.rest += static_cast<char>(std::toupper(static_cast<unsigned char>(line[at])));
+    return words;
+}
+
+struct Harmless {
+    std::string_view word;
+    std::string_view rest;  // empty: whatever follows
+    std::string_view why;
+};
+
+constexpr std::array harmless{
+    Harmless{"HIR", "0", "no header bits"},
+    Harmless{"HDR", "0", "no header bits"},
+    Harmless{"TIR", "0", "no trailer bits"},
+    Harmless{"TDR", "0", "no trailer bits"},
+    Harmless{"ENDIR", "IDLE", "end states are fixed"},
+    Harmless{"ENDDR", "IDLE", "end states are fixed"},
+    Harmless{"STATE", "IDLE", "statements find their way from any stable state"},
+    Harmless{"TRST", "OFF", "there is no TRST line"},
+    Harmless{"TRST", "ABSENT", "there is no TRST line"},
+    Harmless{"TRST", "Z", "there is no TRST line"},
+    Harmless{"FREQUENCY", "", "the programmer has its own clock rate"},
+};
+
+constexpr std::array known{"SIR", "SDR", "RUNTEST"};
+constexpr std::array unsupported{"HIR",   "HDR",   "TIR",  "TDR", "ENDIR",
+                                 "ENDDR", "STATE", "TRST", "PIO", "PIOMAP"};
+
+bool iscomment(std::string_view line) {
+    return line.find_first_not_of(" \t") == std::string_view::npos || line.starts_with("//") ||
+           line.substr(0, 2).find('!') != std::string_view::npos;
+}
+
+class Checker final : public SvfListener {
+  public:
+    Checker(const LogicDevice& device, SvfCheck& check)
+        : check_(check), meter_(*device.wiring), levels_(device.family), lines_(levels_, meter_) {}
+
+    void skipped(std::int32_t line, std::string_view text) override {
+        if (iscomment(text)) return;
+        const Words words = wordsof(text);
+        for (const Harmless& row : harmless)
+            if (words.first == row.word && (row.rest.empty() || words.rest == row.rest)) {
+                check_.skipped.push_back({line, words.first + ": " + std::string(row.why)});
+                return;
+            }
+        check_.lost.push_back({line, whylost(words)});
+    }
+    void sir(const SirStatement& s) override {
+        ++check_.instructions;
+        check_.shiftbits += std::max<std::int16_t>(s.bits, 0);
+    }
+    void sdr(std::int32_t line, const SdrStatement& s) override {
+        using Kind = SdrStatement::Kind;
+        if (s.kind == Kind::givenup) {
+            check_.lost.push_back({line,
+                                   "SDR: its TDI has more than four lines between the first "
+                                   "and the closing one, the statement is given up"});
+            return;
+        }
+        ++(s.kind == Kind::drive    ? check_.drives
+           : s.kind == Kind::replay ? check_.replays
+                                    : check_.reads);
+        check_.shiftbits += s.nbits;
+        if (s.kind != Kind::drive && !s.counted) unstored_.push_back(line);
+    }
+    void runtest(const RuntestStatement& s) override {
+        ++check_.waits;
+        executeruntest(lines_, meter_, s, 0);
+        check_.clocks = meter_.clocks();
+        check_.waiting = meter_.microseconds();
+    }
+    void fetch(const SvfFetch& fetch, const SvfStored& stored, const SdrStatement&) override {
+        if (fetch.code) {
+            coderows_ = stored.rowcount;
+            return;
+        }
+        for (std::int32_t row = fetch.first; row <= fetch.last; ++row)
+            if (row < stored.rowcount) mark(row);
+    }
+    void finish(const SvfEnd& end) {
+        check_.rows = end.stored.rowcount;
+        for (std::int32_t row = 0; row < coderows_; ++row) mark(row);
+        for (std::int32_t row = 0; row < check_.rows; ++row) {
+            if (ismarked(row))
+                ++check_.compared;
+            else
+                check_.lost.push_back({end.stored.lines[static_cast<std::size_t>(row)],
+                                       "SDR: its row is number " + std::to_string(row) +
+                                           ", which the device's comparison leaves out"});
+        }
+        for (const std::int32_t line : unstored_)
+            check_.skipped.push_back({line,
+                                      "SDR: TDO without MASK on an unfinished line, read "
+                                      "but not compared"});
+        std::ranges::sort(check_.skipped, {}, &SvfLine::line);
+        std::ranges::sort(check_.lost, {}, &SvfLine::line);
+    }
+
+  private:
+    static std::string whylost(const Words& words) {
+        if (std::ranges::find(known, words.first) != known.end())
+            return words.first + ": stands behind blanks, expected at the start of the line";
+        if (std::ranges::find(unsupported, words.first) != unsupported.end())
+            return words.first + " " + words.rest + ": is not supported";
+        return "no statement begins with \"" + words.first.substr(0, 20) + "\"";
+    }
+    void mark(std::int32_t row) {
+        const auto at = static_cast<std::size_t>(row);
+        if (at >= marked_.size()) marked_.resize(at + 1);
+        marked_[at] = true;
+    }
+    bool ismarked(std::int32_t row) const {
+        return static_cast<std::size_t>(row) < marked_.size() &&
+               marked_[static_cast<std::size_t>(row)];
+    }
+
+    SvfCheck& check_;
+    MeterDevCore meter_;
+    LineLevels levels_;
+    QueuedLines lines_;
+    std::int32_t coderows_ = 0;
+    std::vector<bool> marked_;
+    std::vector<std::int32_t> unstored_;
+};
+
+void append(std::string& text, const std::string& name, const SvfLine& line) {
+    text += name + ":" + std::to_string(line.line) + ": " + line.what + "\n";
+}
+
+}  // namespace
+
+SvfCheck checksvf(const LogicDevice& device, std::string_view text) {
+    SvfCheck check;
+    Checker checker(device, check);
+    SvfEnd end = walksvf(device, text, checker);
+    checker.finish(end);
+    check.lines = end.lines;
+    check.fault = end.fault;
+    check.reason = end.reason;
+    if (end.beyondlimit)
+        check.lost.push_back({end.lines + 1, "the run reads " + std::to_string(end.lines) +
+                                                 " lines and statements, the rest is lost"});
+    return check;
+}
+
+std::string told(const SvfCheck& check, const std::string& name) {
+    std::string text;
+    for (const SvfLine& line : check.skipped)
+        append(text, name, {line.line, "skipped: " + line.what});
+    for (const SvfLine& line : check.lost) append(text, name, {line.line, "lost: " + line.what});
+    if (check.fault)
+        text += name + ":" + std::to_string(check.fault->line) + ":" +
+                std::to_string(check.fault->column) + ": the run fails here: " + check.reason +
+                "\n";
+    std::array<char, 400> sums{};
+    std::snprintf(sums.data(), sums.size(),
+                  "%s: %d lines: %lld SIR, %lld SDR that drive, %lld that read, %lld that replay, "
+                  "%lld RUNTEST\n%s: %lld bits shifted, %lld clocks, %.3f s of waiting; %d rows "
+                  "stored, %d compared\n",
+                  name.c_str(), check.lines, static_cast<long long>(check.instructions),
+                  static_cast<long long>(check.drives), static_cast<long long>(check.reads),
+                  static_cast<long long>(check.replays), static_cast<long long>(check.waits),
+                  name.c_str(), static_cast<long long>(check.shiftbits),
+                  static_cast<long long>(check.clocks), 1e-6 * static_cast<double>(check.waiting),
+                  check.rows, check.compared);
+    return text + sums.data();
+}
+
+}  // namespace keld2::host

@@ -1,0 +1,198 @@
+#include "host/svf/svfwalk.h"
+
+#include <algorithm>
+
+#include "jtag/svftext.h"
+#include "platform/fault.h"
+#include "platform/numbers.h"
+
+namespace keld2::host {
+
+namespace {
+
+using Interim = SvfProcedure::Interim;
+
+// As the run procedures have them.
+constexpr std::int32_t rollingreadback = 12288;
+constexpr std::int32_t once208fuses = 115869;
+constexpr std::int32_t once208rows = 208;
+constexpr std::int32_t codewidth = 32;
+
+class Walk {
+  public:
+    Walk(const LogicDevice& device, std::string_view text, SvfListener& listener)
+        : device_(device),
+          procedure_(*device.procedure),
+          text_(text),
+          reader_({reinterpret_cast<const std::uint8_t*>(text.data()), text.size()}),
+          listener_(listener),
+          total_(device.totalrows()) {
+        end_.stored.rows = SvfRows(procedure_.sdrrules->limits);
+    }
+
+    SvfEnd walk() {
+        try {
+            walklines();
+        } catch (const RunFault& fault) {
+            end_.fault = faultplace();
+            end_.reason = fault.what();
+        }
+        return std::move(end_);
+    }
+
+  private:
+    SvfStored& stored() { return end_.stored; }
+
+    void walklines() {
+        while (!reader_.atend()) {
+            reader_.readcounted();
+            start_ = offset(reader_.svfline());
+            if (end_.lines == procedure_.linelimit) {
+                end_.beyondlimit = true;
+                break;
+            }
+            ++end_.lines;
+            walkline();
+            checkprogress();
+            if (procedure_.interim == Interim::rolling && readcount_ > rollingreadback)
+                comparerolling();
+        }
+        if (!end_.beyondlimit || procedure_.interim != Interim::rolling) compareatend();
+    }
+
+    void walkline() {
+        const std::string_view line = reader_.svfline();
+        if (beginswith(line, "SIR")) {
+            listener_.sir(readsir(line));
+        } else if (beginswith(line, "RUNTEST")) {
+            listener_.runtest(readruntest(device_.wiring->runtest, line));
+        } else if (beginswith(line, "SDR")) {
+            const std::int32_t number = linenumber(start_);
+            readsdr(reader_, *procedure_.sdrrules, device_.fuses, stored().rowcount, statement_);
+            listener_.sdr(number, statement_);
+            carryout(number);
+        } else {
+            listener_.skipped(linenumber(start_), line);
+        }
+    }
+
+    void carryout(std::int32_t number) {
+        using Kind = SdrStatement::Kind;
+        const SdrStatement& s = statement_;
+        if (s.kind == Kind::givenup || s.kind == Kind::drive) return behindsdr(number);
+        if (s.counted) store(number);
+        const bool iscode = procedure_.sdr95 && s.kind == Kind::read && s.nbits == codewidth;
+        if (iscode) stored().rowcount = 1;
+        if (s.kind == Kind::replay) {
+            ++stored().rowmark;
+            readcount_ += s.nbits / 8 * 8;
+        } else if (procedure_.sdr95) {
+            readcount_ = iscode ? 0 : readcount_ + 1;
+        }
+        if (iscode || (!procedure_.sdr95 && stored().rowcount == procedure_.codecheck.rowcount))
+            fetch({.code = true, .line = number});
+        behindsdr(number);
+    }
+
+    void store(std::int32_t number) {
+        const auto row = static_cast<std::size_t>(stored().rowcount++);
+        stored().rows.store(row, statement_.expect, statement_.mask);
+        if (row >= stored().lines.size()) stored().lines.resize(row + 1);
+        stored().lines[row] = number;
+    }
+
+    void behindsdr(std::int32_t number) {
+        const std::int32_t rows = stored().rowcount;
+        if (procedure_.interim == Interim::half && rows == total_ / 2 + 1)
+            fetch({.line = number, .first = 1, .last = half()});
+        const bool once = procedure_.interim == Interim::once208 && device_.fuses == once208fuses &&
+                          rows == once208rows && !compared208_;
+        if (!once) return;
+        compared208_ = true;
+        fetch({.line = number, .first = 1, .last = once208rows});
+    }
+
+    void comparerolling() {
+        fetch({.line = linenumber(start_), .first = verified_ + 1, .last = stored().rowmark});
+        verified_ = stored().rowmark;
+        readcount_ = 0;
+    }
+
+    void compareatend() {
+        if (stored().rowcount < procedure_.leastrowcount) return;
+        SvfFetch rest{.first = procedure_.firstrow, .last = total_};
+        if (procedure_.interim == Interim::half) rest.first = half() + 1;
+        if (procedure_.interim == Interim::rolling)
+            rest = {.first = verified_ + 1, .last = stored().rowmark};
+        fetch(rest);
+    }
+
+    void fetch(const SvfFetch& what) { listener_.fetch(what, stored(), statement_); }
+    std::int32_t half() const { return roundint32(total_ / 2.0); }
+    void checkprogress() const {
+        if (!procedure_.progressbylines) (void)checkedint32(reader_.svfchars() * 100);
+    }
+
+    // --- places ---
+
+    std::size_t offset(std::string_view part) const {
+        return static_cast<std::size_t>(part.data() - text_.data());
+    }
+    // Of ascending offsets; each line end is counted once.
+    std::int32_t linenumber(std::size_t at) {
+        for (; counted_ < at; ++counted_) {
+            const bool pair = text_[counted_] == '\r' && text_.substr(counted_ + 1, 1) == "\n";
+            if (text_[counted_] == '\n' || (text_[counted_] == '\r' && !pair)) {
+                ++line_;
+                linestart_ = counted_ + 1;
+            }
+        }
+        return line_;
+    }
+
+    // The first character of a field that is no digit, else the line last read.
+    SvfPlace faultplace() {
+        const std::string_view last = reader_.svfline();
+        const std::size_t end = offset(last) + last.size();
+        bool field = false;
+        for (std::size_t at = start_; at < end; ++at) {
+            const char c = text_[at];
+            if (field && c != ')' && static_cast<unsigned char>(c) > ' ' && !digit(c))
+                return placeof(at);
+            if (c == '(') field = true;
+            if (c == ')') field = false;
+        }
+        return placeof(offset(last));
+    }
+    static bool digit(char c) {
+        return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'F') || (c >= 'a' && c <= 'f');
+    }
+    SvfPlace placeof(std::size_t at) {
+        const std::int32_t line = linenumber(at);
+        return {.line = line, .column = static_cast<std::int32_t>(at - linestart_) + 1};
+    }
+
+    const LogicDevice& device_;
+    const SvfProcedure& procedure_;
+    std::string_view text_;
+    SvfReader reader_;
+    SvfListener& listener_;
+    SdrStatement statement_;
+    SvfEnd end_;
+    std::int32_t total_;
+    std::int32_t readcount_ = 0;
+    std::int32_t verified_ = 0;
+    bool compared208_ = false;
+    std::size_t start_ = 0;      // of the line in hand
+    std::size_t counted_ = 0;    // up to here line ends have been counted
+    std::size_t linestart_ = 0;  // of the last line counted
+    std::int32_t line_ = 1;
+};
+
+}  // namespace
+
+SvfEnd walksvf(const LogicDevice& device, std::string_view text, SvfListener& listener) {
+    return Walk(device, text, listener).walk();
+}
+
+}  // namespace keld2::host
