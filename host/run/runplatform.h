@@ -41,12 +41,11 @@ class RunPlatform final : public PosixPlatform {
   private:
     static std::string ownscope();
     void take(const std::string& line);
-
-    RunListener& listener_;
-    SharedVariables variables_;
     FileContent nexttext();
     FileContent providedfile(std::span<const std::u16string> parts);
 
+    RunListener& listener_;
+    SharedVariables variables_;
     LogFollower log_;
     FollowedStrings strings_;
     std::vector<std::string> lines_;
