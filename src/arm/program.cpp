@@ -139,7 +139,8 @@ void ArmProgramming::notepass(int sign) {
 
 void ArmProgramming::percent() {
     const std::uint8_t phase = s_.ibuf1[2];
-    if (phase == armphase::erase || phase == armphase::blankcheck) {
+    // With a file these phases are not followed, and count like any other.
+    if (!fromfile_ && (phase == armphase::erase || phase == armphase::blankcheck)) {
         s_.prgmode[1] = s_.ibuf1[0];
         return;
     }

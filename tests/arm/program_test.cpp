@@ -187,7 +187,7 @@ TEST(ArmProgramFile, TakesTheFileThroughTheBuffer) {
         b.s().wltbigendbuf[0] = 77;  // plays no part
         b.s().wltbigendbuf[1] = 99;
         b.files["pldtmp.svf"] = Bytes(200, 0x5A);
-        records(b, {"64001E", "05001E", "060028", "070032", "10003C00", "200050", "640032"});
+        records(b, {"64001E", "05001E", "0A0028", "140032", "18003C00", "200050", "640032"});
         b.run();
         EXPECT_EQ(b.s().ibuffer[0], 0x5A);
         EXPECT_EQ(b.s().ibuffer[199], 0x5A);
@@ -195,8 +195,8 @@ TEST(ArmProgramFile, TakesTheFileThroughTheBuffer) {
         EXPECT_EQ(b.count("bulkwrite ibuffer+128 73"), 1);  // 200 - 128, and one word
         EXPECT_EQ(b.count("frame 3401" + std::string(row.bank) + "0100"), 1);
         EXPECT_EQ(b.log(), ">>{Op0}\n>>{Program}\n>>Op0 good\n>> <TIME>Sec\n");
-        EXPECT_THAT(b.percents,
-                    ElementsAre(100, 5, 6, (200 + 7) / 4, (200 + 16) / 4, (200 + 32) / 4));
+        EXPECT_THAT(b.percents, ElementsAre(100 / 4, (200 + 5) / 4, (200 + 10) / 4, (200 + 20) / 4,
+                                            (200 + 24) / 4, (200 + 32) / 4));
         EXPECT_EQ(b.s().wltbigendbuf[1], 99);
     }
 }
