@@ -5,12 +5,13 @@
 #include <iostream>
 
 #include "host/cli/jobcommand.h"
+#include "host/cli/usageerror.h"
 #include "host/commands/algocommands.h"
 #include "host/commands/cataloguecommands.h"
 #include "host/commands/devicecommands.h"
 #include "host/commands/editcommand.h"
-#include "host/commands/svfcommands.h"
 #include "host/commands/mapcommand.h"
+#include "host/commands/svfcommands.h"
 #include "host/hosterror.h"
 
 namespace keld2::host {
@@ -33,7 +34,9 @@ int runcli(int argc, const char* const* argv) {
         program.parse(argc, argv);
         return status;
     } catch (const CLI::ParseError& error) {
-        return program.exit(error) == 0 ? exitstatus::well : exitstatus::usage;
+        if (error.get_exit_code() == 0) return program.exit(error);
+        std::cerr << "keld2: " << usageerror(program, error) << '\n';
+        return exitstatus::usage;
     } catch (const HostError& error) {
         std::cerr << "keld2: " << error.what() << '\n';
         return error.status();

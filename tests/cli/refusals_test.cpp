@@ -59,6 +59,13 @@ TEST_F(Refusals, AreSaidToTheLetter) {
         {{"auto", good, "--steps", "erase,read"},
          64,
          "read is no step of a sequence, expected the command \"read OUT\""},
+        {{"verfy", good}, 64, "there is no command \"verfy\"; nearest: verify; see keld2 --help"},
+        {{"erase", "--langage", "pl"},
+         64,
+         "there is no option \"--langage\"; nearest: --language; see keld2 erase --help"},
+        {{"erase", "now"}, 64, "\"now\" is one word too many; see keld2 erase --help"},
+        {{"devices"}, 64, "no command; see keld2 devices --help"},
+        {{"read"}, 64, "OUT is required; see keld2 read --help"},
         {{"erase", "--language", "xx"},
          64,
          "--language xx: is not known, expected one of en, zh-cn, zh-tw, ko, pl, it, nl, pt, tr, "
