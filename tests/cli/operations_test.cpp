@@ -16,6 +16,14 @@ using ::testing::Not;
 
 class Operations : public Bench {};
 
+// Whether this is a block of a run whose process has gone.
+bool leftover(const std::filesystem::path& block) {
+    const std::string name = block.filename();
+    const std::string prefix = "keld2-run-";
+    if (!name.starts_with(prefix)) return false;
+    return ::kill(std::stoi(name.substr(prefix.size())), 0) != 0;
+}
+
 TEST_F(Operations, AChipGoesTheWholeWay) {
     struct Case {
         const char* device;
@@ -180,6 +188,20 @@ TEST_F(Operations, ASecondInterruptLeavesAtOnce) {
     program.signal(SIGINT);
     EXPECT_EQ(program.finish().status, 2);
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(2));
+}
+
+TEST_F(Operations, AKilledHostLeavesAChipAndNoBlocks) {
+    const std::string data = hex("a.hex", {{0, somebytes(2080)}});
+    for (int i = 0; i < 5; ++i) {
+        Program program(command({"auto", data, "--steps", "erase,program,verify"}));
+        ASSERT_TRUE(program.waitfor(">>Program ..."));
+        program.signal(SIGKILL);
+        EXPECT_NE(program.finish().status, 0);
+        mustwork({"read", file("back.bin").string(), "--force"});
+    }
+    mustwork({"auto", data, "--steps", "erase,program,verify"});
+    for (const auto& entry : std::filesystem::directory_iterator("/dev/shm"))
+        EXPECT_FALSE(leftover(entry.path())) << entry.path();
 }
 
 TEST_F(Operations, AnotherDevicesChipIsRefused) {

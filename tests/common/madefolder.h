@@ -1,12 +1,12 @@
 // MadeFolder: a folder for the files of one test, gone afterwards.
 #pragma once
 
-#include <unistd.h>
-
-#include <atomic>
+#include <cerrno>
+#include <cstdlib>
 #include <filesystem>
 #include <string>
 #include <string_view>
+#include <system_error>
 
 #include "host/files/files.h"
 
@@ -15,10 +15,10 @@ namespace keld2::test {
 class MadeFolder {
   public:
     MadeFolder() {
-        static std::atomic<int> count{0};
-        path_ = std::filesystem::temp_directory_path() /
-                ("keld2-" + std::to_string(getpid()) + "-" + std::to_string(count++));
-        std::filesystem::create_directories(path_);
+        std::string name = (std::filesystem::temp_directory_path() / "keld2-XXXXXX").string();
+        if (mkdtemp(name.data()) == nullptr)
+            throw std::system_error(errno, std::generic_category(), name);
+        path_ = name;
     }
     ~MadeFolder() { std::filesystem::remove_all(path_); }
     MadeFolder(const MadeFolder&) = delete;
