@@ -1,5 +1,7 @@
 #include "host/commands/devicejob.h"
 
+#include <unistd.h>
+
 #include <chrono>
 #include <iostream>
 #include <memory>
@@ -43,6 +45,7 @@ class DeviceCommand {
             checkoutput(job_.file, options_.force);
         else
             loadfile();
+        texts_ = texts();
         const ProgrammerChoice choice = parseprogrammer(orelse(options_.programmer, "sim"));
         if (options_.programmer.empty() || !options_.quiet) console_.say(described(choice));
         return finish(runwith(simulated(choice, device_)));
@@ -106,7 +109,7 @@ class DeviceCommand {
                                  .data = data_ ? data_->parts : std::vector<BufferPart>{},
                                  .language = language_,
                                  .simulated = true,
-                                 .texts = texts()};
+                                 .texts = texts_};
         const auto start = std::chrono::steady_clock::now();
         RunReport report = runondevice(request, makeprogrammer, console_);
         seconds_ = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
@@ -125,11 +128,32 @@ class DeviceCommand {
         return list;
     }
 
+    // Names the mismatches at which the last text ended.
+    Explanation explain(const RunReport& report) const {
+        constexpr std::size_t mostlines = 256;
+        if (report.outcome != RunReport::Outcome::failed || report.readbacks.empty()) return {};
+        const std::size_t last = report.readbacks.size() - 1;
+        const LogicDevice logic = logicdevice(device_);
+        const bool own = job_.svf.empty();
+        Explanation explanation{.text = own ? "pldtmp.svf" : job_.svf, .lines = {}};
+        for (const SvfMismatch& one : explainsvf(logic, texts_[last], report.readbacks[last])) {
+            if (++explanation.count > mostlines) continue;
+            const bool ofmap = own && !one.code;
+            explanation.lines.push_back(
+                {one, ofmap ? cellof(logic, one.row, one.bit) : std::nullopt});
+        }
+        return explanation;
+    }
+    bool explains() const {
+        return options_.explain.value_or(::isatty(STDOUT_FILENO) != 0) && !options_.json;
+    }
+
     int finish(const RunReport& report) {
         RunResult result{.device = device_,
                          .steps = steps_,
                          .report = report,
                          .differences = differencesin(report.log),
+                         .explanation = explain(report),
                          .file = job_.file,
                          .seconds = seconds_};
         const int status = result.status();
@@ -139,6 +163,7 @@ class DeviceCommand {
             std::cout << jsonof(result) << '\n';
         else
             for (const Difference& one : result.differences) std::cout << one.line << '\n';
+        if (explains()) std::cout << told(result.explanation);
         std::cout.flush();
         if (!options_.quiet || status != exitstatus::well) console_.say(summaryof(result));
         return status;
@@ -151,6 +176,7 @@ class DeviceCommand {
     std::int32_t language_;
     Console console_;
     std::optional<DeviceData> data_;
+    std::vector<std::string> texts_;  // that are played, one a step
     FileFormat format_ = FileFormat::raw;
     double seconds_ = 0;
 };

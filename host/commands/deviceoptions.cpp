@@ -41,6 +41,12 @@ void adddeviceoptions(CLI::App& program, DeviceOptions& options) {
         ->group(group);
     program.add_flag("-q,--quiet", options.quiet, "no log and no progress")->group(group);
     program.add_flag("--json", options.json, "the result as JSON on standard output")->group(group);
+    program
+        .add_flag_function(
+            "--explain,!--no-explain",
+            [&options](std::int64_t count) { options.explain = count > 0; },
+            "names the bits at which a logic device failed (default: on a terminal)")
+        ->group(group);
     program.add_flag("--force", options.force, "overwrites an existing file")->group(group);
 }
 

@@ -23,6 +23,7 @@ struct DeviceOptions {
     bool quiet = false;
     bool json = false;
     bool force = false;
+    std::optional<bool> explain;  // none: on a terminal
 };
 
 // Adds the options to the program; they may stand before and behind the command.

@@ -11,6 +11,7 @@ namespace keld2::host {
 
 namespace {
 
+using nlohmann::ordered_json;
 using Outcome = RunReport::Outcome;
 
 std::string names(const std::vector<const Operation*>& steps, std::size_t count) {
@@ -50,6 +51,21 @@ std::string_view word(Outcome outcome) {
         default:
             return "failed";
     }
+}
+
+ordered_json jsonof(const Explanation& explanation) {
+    ordered_json mismatches = ordered_json::array();
+    for (const auto& [one, fuse] : explanation.lines) {
+        ordered_json mismatch{{"line", one.line},
+                              {"code", one.code},
+                              {"row", one.row},
+                              {"bit", one.bit},
+                              {"expected", int{one.expected}},
+                              {"read", int{one.read}}};
+        if (fuse) mismatch["fuse"] = *fuse;
+        mismatches.push_back(mismatch);
+    }
+    return {{"text", explanation.text}, {"count", explanation.count}, {"mismatches", mismatches}};
 }
 
 }  // namespace
@@ -100,18 +116,32 @@ std::string summaryof(const RunResult& result) {
     return device + names(result.steps, result.steps.size()) + " ended well";
 }
 
+std::string told(const Explanation& explanation) {
+    std::ostringstream text;
+    for (const auto& [one, fuse] : explanation.lines) {
+        text << explanation.text << ':' << one.line << ": " << (one.code ? "device code, " : "")
+             << "row " << one.row << ", bit " << one.bit << ": expected " << one.expected
+             << ", read " << one.read;
+        if (fuse) text << " (fuse " << *fuse << ')';
+        text << '\n';
+    }
+    if (const std::size_t more = explanation.count - explanation.lines.size(); more > 0)
+        text << explanation.text << ": and " << counted(more, "more bit") << '\n';
+    return text.str();
+}
+
 std::string jsonof(const RunResult& result) {
-    using nlohmann::ordered_json;
     ordered_json steps = ordered_json::array();
     for (const Operation* step : result.steps) steps.push_back(step->name);
     ordered_json differences = ordered_json::array();
     for (const Difference& one : result.differences)
         differences.push_back({{"address", one.address}, {"chip", one.chip}, {"file", one.buffer}});
-    const ordered_json json{{"device", result.device.name}, {"steps", steps},
-                            {"done", result.report.done},   {"result", word(result.report.outcome)},
-                            {"status", result.status()},    {"percent", result.report.percent},
-                            {"file", result.file},          {"differences", differences},
-                            {"log", result.report.log},     {"seconds", result.seconds}};
+    ordered_json json{{"device", result.device.name}, {"steps", steps},
+                      {"done", result.report.done},   {"result", word(result.report.outcome)},
+                      {"status", result.status()},    {"percent", result.report.percent},
+                      {"file", result.file},          {"differences", differences},
+                      {"log", result.report.log},     {"seconds", result.seconds}};
+    if (!result.explanation.lines.empty()) json["explanation"] = jsonof(result.explanation);
     return json.dump(2);
 }
 

@@ -1,11 +1,10 @@
 #include "host/commands/svfcommands.h"
 
-#include <unistd.h>
-
 #include <iostream>
 #include <memory>
 
 #include "host/catalogue/catalogue.h"
+#include "host/commands/boxes.h"
 #include "host/commands/devicejob.h"
 #include "host/files/files.h"
 #include "host/files/outputfile.h"
@@ -13,6 +12,7 @@
 #include "host/run/devicedata.h"
 #include "host/svf/svfcheck.h"
 #include "host/svf/svftask.h"
+#include "platform/numbers.h"
 
 namespace keld2::host {
 
@@ -62,25 +62,26 @@ SvfCheck checkfile(const std::string& file, const DeviceOptions& options) {
 
 int check(const Arguments& arguments, const DeviceOptions& options) {
     const SvfCheck result = checkfile(arguments.file, options);
-    std::cout << told(result, arguments.file);
+    std::cout << (options.json ? jsonof(result, arguments.file) + "\n"
+                               : told(result, arguments.file));
     return result.usesall() ? exitstatus::well : exitstatus::data;
 }
 
 // Whether a text that loses statements is to be played all the same.
-bool askanyway(const Arguments& arguments) {
+bool askanyway(const Arguments& arguments, const DeviceOptions& options) {
     if (arguments.anyway) return true;
-    if (isatty(STDIN_FILENO) == 0) return false;
-    std::cerr << "keld2: not all of " << arguments.file << " will be played. Play it? [y/N] ";
-    std::string answer;
-    std::getline(std::cin, answer);
-    return answer == "y" || answer == "Y" || answer == "yes";
+    TerminalBoxes boxes(consoleoptions(options).onbox, stderr);
+    const Box box{.buttons = BoxButtons::okcancel,
+                  .title = u"keld2",
+                  .text = utf16("Not all of " + arguments.file + " would be played. Play it?")};
+    return boxes.answer(box) == BoxAnswer::ok;
 }
 
 int play(const Arguments& arguments, const DeviceOptions& options) {
     const SvfCheck result = checkfile(arguments.file, options);
     if (!result.usesall()) {
         std::cerr << told(result, arguments.file);
-        if (!askanyway(arguments))
+        if (!askanyway(arguments, options))
             throw HostError(exitstatus::data, arguments.file +
                                                   ": not all of it would be played; "
                                                   "--anyway plays it all the same");

@@ -78,7 +78,7 @@ class DeviceRun {
 
     RunReport run() {
         prepare();
-        platform_.laydown(request_.texts);
+        platform_.laydown(request_.texts, [this] { readbacks_.begintext(); });
         Module module(programmer_->platform(), external());
         ClsKELD2 plugin(module);
         plugin.bufcomkeld2(instance);
@@ -88,6 +88,7 @@ class DeviceRun {
         providefiles();
         const bool usb = true;
         plugin.runKeld2Prg(usb);
+        readbacks_.close();
         platform_.look();
         programmer_->finish();
         return report();
@@ -147,12 +148,14 @@ class DeviceRun {
     }
 
     External external() {
-        return {
-            .devcore = [this](SharedVariables& views) -> std::unique_ptr<DevCore> {
-                return std::make_unique<WatchedDevCore>(programmer_->devcore(views), signs_,
-                                                        platform_);
-            },
-            .transport = [this](SharedVariables& views) { return programmer_->transport(views); }};
+        return {.devcore = [this](SharedVariables& views) -> std::unique_ptr<DevCore> {
+                    return std::make_unique<WatchedDevCore>(programmer_->devcore(views), signs_,
+                                                            platform_);
+                },
+                .transport = [this](SharedVariables& views) -> std::unique_ptr<UsbTransport> {
+                    return std::make_unique<KeptTransport>(programmer_->transport(views),
+                                                           readbacks_);
+                }};
     }
 
     RunReport::Outcome outcome() {
@@ -203,12 +206,14 @@ class DeviceRun {
                 .done = stepsdone(),
                 .percent = isarm(request_.device) ? platform_.percent() : s().prgmode[1],
                 .log = platform_.lines(),
-                .buffer = {s().ibuffer.data(), s().ibuffer.data() + s().ibuffer.size()}};
+                .buffer = {s().ibuffer.data(), s().ibuffer.data() + s().ibuffer.size()},
+                .readbacks = readbacks_.texts()};
     }
 
     const RunRequest& request_;
     Signs signs_;
     TraceLog trace_;  // the programmer counts by it; nothing is written
+    ReadBackKeeper readbacks_;
     RunPlatform platform_;
     std::unique_ptr<SessionProgrammer> programmer_;
 };

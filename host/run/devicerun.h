@@ -7,6 +7,7 @@
 
 #include "host/catalogue/device.h"
 #include "host/programmer/sessionprogrammer.h"
+#include "host/run/readbacks.h"
 #include "platform/platform.h"
 
 namespace keld2::host {
@@ -56,6 +57,7 @@ struct RunReport {
     int percent = 0;                   // of the operation at which the run ended
     std::vector<std::string> log;      // all lines
     std::vector<std::uint8_t> buffer;  // the main buffer, after the run
+    std::vector<ReadBack> readbacks;   // of each text that was played
 };
 
 // The exit status of keld2 for an outcome.

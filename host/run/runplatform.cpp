@@ -36,6 +36,7 @@ FileContent RunPlatform::readfile(std::span<const std::u16string> parts) {
 FileContent RunPlatform::nexttext() {
     if (textsread_ == texts_.size()) return {};
     const std::string& text = texts_[textsread_++];
+    begun_();
     return {.status = FileContent::Status::read, .bytes = {text.begin(), text.end()}};
 }
 

@@ -1,6 +1,8 @@
 // RunPlatform: the machine of a run, watched for the one who shows it.
 #pragma once
 
+#include <functional>
+
 #include "host/run/devicerun.h"
 #include "host/run/logfollower.h"
 #include "host/run/runfile.h"
@@ -27,8 +29,11 @@ class RunPlatform final : public PosixPlatform {
     // A file that the run finds. Comes before the run.
     void provide(RunFile file) { files_.push_back(std::move(file)); }
     // Texts that stand for pldtmp.svf of the current folder, one an operation; none: what the
-    // folder holds.
-    void laydown(std::vector<std::string> texts) { texts_ = std::move(texts); }
+    // folder holds. begun: called when the run has taken the next one.
+    void laydown(std::vector<std::string> texts, std::function<void()> begun) {
+        texts_ = std::move(texts);
+        begun_ = std::move(begun);
+    }
 
     // Shows what has changed; more often than the message loop is served.
     void look();
@@ -53,6 +58,7 @@ class RunPlatform final : public PosixPlatform {
     int percent_ = 0;
     bool boxanswered_ = false;  // with Abort or Cancel
     std::vector<std::string> texts_;
+    std::function<void()> begun_;
     std::size_t textsread_ = 0;
 };
 

@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
+#include <nlohmann/json.hpp>
 
+#include "host/files/textrecords.h"
 #include "host/svf/meterdevcore.h"
 #include "jtag/svftext.h"
 
@@ -61,7 +63,14 @@ bool iscomment(std::string_view line) {
 class Checker final : public SvfListener {
   public:
     Checker(const LogicDevice& device, SvfCheck& check)
-        : check_(check), meter_(*device.wiring), levels_(device.family), lines_(levels_, meter_) {}
+        : check_(check),
+          width_(rowwidth(*device.procedure->comparison, device.fuses)),
+          meter_(*device.wiring),
+          levels_(device.family),
+          lines_(levels_, meter_) {
+        check_.firstrow = device.procedure->firstrow;
+        check_.lastrow = device.totalrows();
+    }
 
     void skipped(std::int32_t line, std::string_view text) override {
         if (iscomment(text)) return;
@@ -102,20 +111,16 @@ class Checker final : public SvfListener {
             coderows_ = stored.rowcount;
             return;
         }
+        if (width_ == 0) return;
         for (std::int32_t row = fetch.first; row <= fetch.last; ++row)
             if (row < stored.rowcount) mark(row);
     }
     void finish(const SvfEnd& end) {
         check_.rows = end.stored.rowcount;
         for (std::int32_t row = 0; row < coderows_; ++row) mark(row);
-        for (std::int32_t row = 0; row < check_.rows; ++row) {
-            if (ismarked(row))
-                ++check_.compared;
-            else
-                check_.lost.push_back({end.stored.lines[static_cast<std::size_t>(row)],
-                                       "SDR: its row is number " + std::to_string(row) +
-                                           ", which the device's comparison leaves out"});
-        }
+        for (std::int32_t row = 0; row < check_.rows; ++row)
+            judge(row, end.stored.sources[static_cast<std::size_t>(row)]);
+        tellmisfits();
         for (const std::int32_t line : unstored_)
             check_.skipped.push_back({line,
                                       "SDR: TDO without MASK on an unfinished line, read "
@@ -132,6 +137,25 @@ class Checker final : public SvfListener {
             return words.first + " " + words.rest + ": is not supported";
         return "no statement begins with \"" + words.first.substr(0, 20) + "\"";
     }
+    // Whether a stored row is compared, and by its whole width.
+    void judge(std::int32_t row, const SvfStored::Source& source) {
+        if (!ismarked(row)) {
+            check_.lost.push_back({source.line, "SDR: its row is number " + std::to_string(row) +
+                                                    ", which the device's comparison leaves out"});
+            return;
+        }
+        ++check_.compared;
+        if (row >= coderows_ && source.bits != width_ && misfits_++ == 0) misfit_ = {row, source};
+    }
+    // Tells one row of a width that the comparison does not take for all.
+    void tellmisfits() {
+        if (misfits_ == 0) return;
+        std::string what = "SDR: its row is number " + std::to_string(misfit_.row) + " and has " +
+                           std::to_string(misfit_.source.bits) + " bits" +
+                           ", the device's comparison takes " + std::to_string(width_);
+        if (misfits_ > 1) what += "; " + counted(misfits_ - 1, "more row") + " of other widths";
+        check_.lost.push_back({misfit_.source.line, what});
+    }
     void mark(std::int32_t row) {
         const auto at = static_cast<std::size_t>(row);
         if (at >= marked_.size()) marked_.resize(at + 1);
@@ -143,11 +167,18 @@ class Checker final : public SvfListener {
     }
 
     SvfCheck& check_;
+    std::int32_t width_;  // of the rows that the device's comparison takes; 0: of none
     MeterDevCore meter_;
     LineLevels levels_;
     QueuedLines lines_;
     std::int32_t coderows_ = 0;
+    struct Misfit {
+        std::int32_t row = 0;
+        SvfStored::Source source;
+    };
     std::vector<bool> marked_;
+    Misfit misfit_;  // the first one
+    std::uint64_t misfits_ = 0;
     std::vector<std::int32_t> unstored_;
 };
 
@@ -191,7 +222,41 @@ std::string told(const SvfCheck& check, const std::string& name) {
                   name.c_str(), static_cast<long long>(check.shiftbits),
                   static_cast<long long>(check.clocks), 1e-6 * static_cast<double>(check.waiting),
                   check.rows, check.compared);
-    return text + sums.data();
+    text += sums.data();
+    if (check.lastrow != 0)
+        text += name + ": the device's comparison takes rows " + std::to_string(check.firstrow) +
+                " to " + std::to_string(check.lastrow) + "\n";
+    return text;
+}
+
+std::string jsonof(const SvfCheck& check, const std::string& name) {
+    using nlohmann::ordered_json;
+    const auto list = [](const std::vector<SvfLine>& lines) {
+        ordered_json array = ordered_json::array();
+        for (const SvfLine& one : lines) array.push_back({{"line", one.line}, {"what", one.what}});
+        return array;
+    };
+    ordered_json json{{"file", name},
+                      {"usesall", check.usesall()},
+                      {"lines", check.lines},
+                      {"sir", check.instructions},
+                      {"drives", check.drives},
+                      {"reads", check.reads},
+                      {"replays", check.replays},
+                      {"runtests", check.waits},
+                      {"bits", check.shiftbits},
+                      {"clocks", check.clocks},
+                      {"seconds", 1e-6 * static_cast<double>(check.waiting)},
+                      {"rows", check.rows},
+                      {"compared", check.compared},
+                      {"firstrow", check.firstrow},
+                      {"lastrow", check.lastrow},
+                      {"skipped", list(check.skipped)},
+                      {"lost", list(check.lost)}};
+    if (check.fault)
+        json["fault"] = {
+            {"line", check.fault->line}, {"column", check.fault->column}, {"reason", check.reason}};
+    return json.dump(2);
 }
 
 }  // namespace keld2::host

@@ -187,4 +187,14 @@ std::string makesvf(const LogicDevice& device, SvfTask task, std::span<const std
     return TextWriter(device, cells, layout).write(task);
 }
 
+std::optional<std::int64_t> cellof(const LogicDevice& device, std::int32_t row, std::int32_t bit) {
+    // The rows of the device code come first.
+    const bool tenrows = device.procedure->codecheck.rows == CodeCheck::Rows::firstten;
+    const std::int64_t chiprow = row - (tenrows ? codereads : 1);
+    const auto rows = static_cast<std::int64_t>(device.rows);
+    const auto width = static_cast<std::int64_t>(device.width);
+    if (chiprow < 0 || chiprow >= rows || bit >= width) return std::nullopt;
+    return chiprow * width + bit;
+}
+
 }  // namespace keld2::host

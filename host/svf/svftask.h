@@ -29,4 +29,7 @@ std::vector<std::uint8_t> cellsfrom(const std::optional<DeviceData>& data);
 std::string makesvf(const LogicDevice& device, SvfTask task, std::span<const std::uint8_t> cells,
                     SvfLayout layout = SvfLayout::a2);
 
+// The cell of the fuse map whose level bit bit of stored row row has in such a text; nullopt: none.
+std::optional<std::int64_t> cellof(const LogicDevice& device, std::int32_t row, std::int32_t bit);
+
 }  // namespace keld2::host

@@ -97,8 +97,8 @@ class Walk {
     void store(std::int32_t number) {
         const auto row = static_cast<std::size_t>(stored().rowcount++);
         stored().rows.store(row, statement_.expect, statement_.mask);
-        if (row >= stored().lines.size()) stored().lines.resize(row + 1);
-        stored().lines[row] = number;
+        if (row >= stored().sources.size()) stored().sources.resize(row + 1);
+        stored().sources[row] = {.line = number, .bits = statement_.nbits};
     }
 
     void behindsdr(std::int32_t number) {

@@ -29,10 +29,14 @@ struct SvfFetch {
     std::int32_t last = -1;
 };
 
-// Rows as the run has stored them, with the line of the statement that did.
+// Rows as the run has stored them, and the statements that did, by row.
 struct SvfStored {
+    struct Source {
+        std::int32_t line = 0;
+        std::int32_t bits = 0;
+    };
     SvfRows rows;
-    std::vector<std::int32_t> lines;  // by row
+    std::vector<Source> sources;
     std::int32_t rowcount = 0;
     std::int32_t rowmark = 0;
 };

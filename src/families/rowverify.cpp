@@ -9,27 +9,6 @@ namespace keld2 {
 
 namespace {
 
-// Where the bits of a row lie in the read-back: whole packed bytes, then a raw byte a bit.
-struct RowLayout {
-    std::int32_t whole;   // packed bytes
-    std::int32_t raw;     // bytes with one bit each
-    std::int32_t stride;  // bytes of a row
-};
-
-RowLayout layoutof(std::int32_t width, bool bitwise) {
-    const std::int32_t q = width / 8;
-    const std::int32_t r = width % 8;
-    if (bitwise) return {.whole = 0, .raw = 8 * q, .stride = 8 * q};
-    if (r != 0) return {.whole = q, .raw = r, .stride = q + r};
-    return {.whole = q - 1, .raw = 8, .stride = q + 7};
-}
-
-// Whole bytes of a tolerant comparison that may differ.
-bool tolerated(std::int32_t width, std::int32_t row, std::int32_t byte) {
-    if (width % 8 != 0) return row == 2 || byte == 12;
-    return (row == 2 || row == 3) && byte == 22;
-}
-
 // The read-back of a comparison, fetched block by block.
 class ReadBack {
   public:
@@ -62,7 +41,7 @@ class RowVerifier {
           state_(state),
           tdomask_(tdomask),
           width_(rowwidth(comparison, run.s.tlength[0])),
-          layout_(layoutof(width_, comparison.bitwise)),
+          layout_(rowlayout(width_, comparison.bitwise)),
           readback_(run, comparison.framelength) {}
 
     int verify(std::int32_t first, std::int32_t last) {
@@ -108,6 +87,19 @@ class RowVerifier {
 };
 
 }  // namespace
+
+RowLayout rowlayout(std::int32_t width, bool bitwise) {
+    const std::int32_t q = width / 8;
+    const std::int32_t r = width % 8;
+    if (bitwise) return {.whole = 0, .raw = 8 * q, .stride = 8 * q};
+    if (r != 0) return {.whole = q, .raw = r, .stride = q + r};
+    return {.whole = q - 1, .raw = 8, .stride = q + 7};
+}
+
+bool tolerated(std::int32_t width, std::int32_t row, std::int32_t byte) {
+    if (width % 8 != 0) return row == 2 || byte == 12;
+    return (row == 2 || row == 3) && byte == 22;
+}
 
 int verifyrows(const RunContext& run, const RowComparison& comparison, const SvfState& state,
                std::uint8_t tdomask, std::int32_t first, std::int32_t last) {

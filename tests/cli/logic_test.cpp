@@ -1,6 +1,8 @@
 // Logic devices that the plug-in works by SVF texts: a chip's life from the command line, texts in
 // every layout, and the check of texts.
+#include <nlohmann/json.hpp>
 #include <set>
+#include <sstream>
 
 #include "cli/bench.h"
 #include "families/svffamily.h"
@@ -14,6 +16,7 @@ namespace {
 using ::testing::AllOf;
 using ::testing::HasSubstr;
 using ::testing::Not;
+using ::testing::StartsWith;
 
 std::vector<std::string> logicdevices() {
     std::vector<std::string> names;
@@ -49,6 +52,41 @@ class Logic : public Bench, public ::testing::WithParamInterface<std::string> {
         return fuses;
     }
 
+    // The chip has this fuse the other way than the map.
+    void flipfuse(std::size_t fuse) {
+        faults_ = {"stuck=" + std::to_string(fuse) + (map()[fuse] == '1' ? ":0:0" : ":0:1")};
+    }
+    std::string text(const std::string& layout, const std::string& data) const {
+        const std::string out = file("made.svf").string();
+        EXPECT_EQ(runprogram({"-d", device_, "--force", "svf", "make", "--operation", "verify",
+                              "--layout", layout, data, "-o", out})
+                      .status,
+                  0);
+        return host::readtext(out);
+    }
+    // The run has failed by this fuse alone, whose level differs from fuses; text: what was played.
+    void expectexplained(const ProgramResult& run, std::size_t fuse, char level,
+                         const std::string& text) const {
+        EXPECT_EQ(run.status, 1);
+        const auto explanation = nlohmann::json::parse(run.out)["explanation"];
+        ASSERT_EQ(explanation.value("count", 0), 1) << run.out;
+        const auto one = explanation["mismatches"][0];
+        const int coderows = logic_.family == 89 ? 10 : 1;
+        const int row = coderows + static_cast<int>(fuse / logic_.width);
+        EXPECT_EQ(one["row"], row);
+        EXPECT_EQ(one["bit"], fuse % logic_.width);
+        EXPECT_EQ(one["expected"], level - '0');
+        EXPECT_EQ(one["read"], '1' - level);
+        // Each statement that stores a row has one TDO, and the line is that of its beginning.
+        std::istringstream lines(text);
+        std::string line;
+        int stored = 0;
+        for (int i = 1; std::getline(lines, line) && i < one["line"]; ++i)
+            stored += line.find("TDO") != std::string::npos ? 1 : 0;
+        EXPECT_THAT(line, StartsWith("SDR"));
+        EXPECT_EQ(stored, row);
+    }
+
     host::LogicDevice logic_;
 };
 
@@ -69,14 +107,22 @@ TEST(LogicCatalogue, HasEveryFamily) {
 }
 
 TEST_P(Logic, GoesThroughItsLife) {
-    const std::string wanted = jedec("wanted.jed", map());
+    const std::string fuses = map();
+    const std::string wanted = jedec("wanted.jed", fuses);
     const std::string other = jedec("other.jed", flipped());
     mustwork({"erase"});
     mustwork({"blank"});
     mustwork({"program", wanted});
     mustwork({"verify", wanted});
-    EXPECT_EQ(keld2({"verify", other}).status, 1);
     EXPECT_EQ(keld2({"blank"}).status, 1);
+    for (const std::size_t fuse :
+         {std::size_t{0}, logic_.rows / 2 * logic_.width + 5, fuses.size() - 1}) {
+        flipfuse(fuse);
+        const ProgramResult failed = keld2({"verify", wanted, "--json"});
+        expectexplained(failed, fuse, fuses[fuse], text("A2", wanted));
+        EXPECT_EQ(nlohmann::json::parse(failed.out)["explanation"]["mismatches"][0]["fuse"], fuse);
+    }
+    faults_.clear();
     mustwork({"secure"});
     EXPECT_EQ(keld2({"verify", wanted}).status, 1);
     mustwork({"erase"});
@@ -96,21 +142,24 @@ TEST_P(Logic, ReadsInEveryLayoutThatComparesRows) {
     mustwork({"program", wanted});
     const bool replays = logic_.procedure->sdr95;
     for (const std::string layout : {"A2", "B1", "B2", "C1", "C2", "C3", "C4"}) {
-        const auto make = [&](const std::string& data, const std::string& out) {
-            return runprogram({"-d", device_, "--force", "svf", "make", "--operation", "verify",
-                               "--layout", layout, data, "-o", out});
-        };
-        const std::string good = file("good.svf").string();
-        const std::string bad = file("bad.svf").string();
         const bool impossible = layout == "C3" || (replays && layout == "C4") ||
                                 (logic_.family == 50 && layout[0] == 'C' && layout != "C1");
-        ASSERT_EQ(make(wanted, good).status, impossible ? 64 : 0) << layout;
-        if (impossible) continue;
-        make(other, bad);
+        if (impossible) {
+            EXPECT_EQ(runprogram({"-d", device_, "svf", "make", "--operation", "verify", "--layout",
+                                  layout, wanted})
+                          .status,
+                      64)
+                << layout;
+            continue;
+        }
+        SCOPED_TRACE(layout);
+        const std::string good = folder_.file("good.svf", text(layout, wanted)).string();
         const ProgramResult checked = runprogram({"-d", device_, "check", good});
-        EXPECT_EQ(checked.status, 0) << layout << checked.out;
-        EXPECT_EQ(keld2({"play", good}).status, 0) << layout;
-        EXPECT_EQ(keld2({"play", bad}).status, 1) << layout;
+        EXPECT_EQ(checked.status, 0) << checked.out;
+        EXPECT_EQ(keld2({"play", good}).status, 0);
+        const std::string wrong = text(layout, other);
+        const std::string bad = folder_.file("bad.svf", wrong).string();
+        expectexplained(keld2({"play", bad, "--json"}), map().size() - 1, flipped().back(), wrong);
     }
 }
 
@@ -156,7 +205,10 @@ TEST_F(SvfCheck, TellsRowsThatNobodyCompares) {
     EXPECT_EQ(result.status, 65);
     EXPECT_THAT(result.out,
                 AllOf(HasSubstr(":82: lost: SDR: its row is number 81"),
-                      HasSubstr("82 rows stored, 81 compared"), Not(HasSubstr(":81:"))));
+                      HasSubstr("number 1 and has 8 bits, the device's comparison takes 202; 79 "
+                                "more rows of other widths"),
+                      HasSubstr("82 rows stored, 81 compared"), HasSubstr("takes rows 1 to 80"),
+                      Not(HasSubstr(":81:"))));
 }
 
 TEST_F(SvfCheck, TellsWhatLiesBeyondTheLineLimit) {
@@ -165,12 +217,35 @@ TEST_F(SvfCheck, TellsWhatLiesBeyondTheLineLimit) {
     EXPECT_THAT(result.out, HasSubstr(":10001: lost: the run reads 10000 lines"));
 }
 
-TEST_F(SvfCheck, PlayRefusesATextThatLosesStatements) {
+TEST_F(SvfCheck, PlayAsksBeforeATextThatLosesStatements) {
     const std::string text = folder_.file("text.svf", " SIR 8 TDI (16);\n").string();
     const ProgramResult refused = keld2({"play", text});
     EXPECT_EQ(refused.status, 65);
-    EXPECT_THAT(refused.err, HasSubstr("--anyway"));
+    EXPECT_THAT(refused.err, AllOf(HasSubstr(":1: lost: "), HasSubstr("Play it?"),
+                                   HasSubstr("answered with cancel"), HasSubstr("--anyway")));
     EXPECT_EQ(keld2({"play", text, "--anyway"}).status, 0);
+    EXPECT_EQ(keld2({"play", text, "--on-box", "ok"}).status, 0);
+    for (const auto& [answer, status] : {std::pair{"ok\n", 0}, std::pair{"cancel\n", 65}}) {
+        Program asked(command({"play", text}), Program::On::terminal);
+        ASSERT_TRUE(asked.waitfor("ok, cancel?"));
+        asked.type(answer);
+        EXPECT_EQ(asked.finish().status, status) << answer;
+    }
+}
+
+TEST_F(SvfCheck, AFailureIsExplainedOnATerminalOrWhenAsked) {
+    const std::string text =
+        folder_
+            .file("text.svf",
+                  "SIR 8 TDI (16);\nSDR 32 TDI (00000000) TDO (00000000) MASK (00000100);\n")
+            .string();
+    const std::string line = text + ":2: device code, row 0, bit 8: expected 0, read 1\n";
+    EXPECT_EQ(keld2({"play", text}).out, "");
+    EXPECT_EQ(keld2({"play", text, "--explain"}).out, line);
+    Program silent(command({"play", text, "--no-explain"}), Program::On::terminal);
+    EXPECT_THAT(silent.finish().out, Not(HasSubstr("bit 8")));
+    Program telling(command({"play", text}), Program::On::terminal);
+    EXPECT_THAT(telling.finish().out, HasSubstr("bit 8: expected 0, read 1"));
 }
 
 TEST_F(SvfCheck, RefusesWhatCannotBe) {
