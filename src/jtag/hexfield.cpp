@@ -26,17 +26,19 @@ constexpr std::array<std::uint8_t, 256> digits = makedigits();
 
 std::uint8_t digit(char c) { return digits[static_cast<unsigned char>(c)]; }
 
-[[noreturn]] void missing(std::string_view text, std::int64_t position) {
-    const bool outside = position < 1 || position > static_cast<std::int64_t>(text.size());
-    throw RunFault(outside ? "digit " + std::to_string(position) + " of a field is missing"
-                           : "a field holds a character that is no hexadecimal digit");
+[[noreturn]] void refuseshort() {
+    throw RunFault("a field has fewer digits than its bit count needs");
+}
+
+[[noreturn]] void refusedigit() {
+    throw RunFault("a field holds a character that is no hexadecimal digit");
 }
 
 // The digit at a position counted from 1.
 std::uint8_t digitat(std::string_view text, std::int64_t position) {
-    if (position < 1 || position > static_cast<std::int64_t>(text.size())) missing(text, position);
+    if (position < 1 || position > static_cast<std::int64_t>(text.size())) refuseshort();
     const std::uint8_t value = digit(text[static_cast<std::size_t>(position - 1)]);
-    if (value == nodigit) missing(text, position);
+    if (value == nodigit) refusedigit();
     return value;
 }
 
@@ -53,9 +55,7 @@ void decodefield(std::string_view text, std::size_t length, std::int32_t nbits, 
     const std::int32_t rest = nbits % 8;
     const auto l = static_cast<std::int64_t>(length);
     bytes.resize(static_cast<std::size_t>(whole + (rest != 0 ? 1 : 0)));
-    if (l > static_cast<std::int64_t>(text.size()) || l < 2 * std::int64_t{whole})
-        missing(text,
-                whole > 0 && l <= static_cast<std::int64_t>(text.size()) ? l - 2 * whole + 1 : l);
+    if (l > static_cast<std::int64_t>(text.size()) || l < 2 * std::int64_t{whole}) refuseshort();
     const char* from = text.data() + l;
     std::uint8_t wrong = 0;
     for (std::int32_t i = 0; i < whole; ++i) {
@@ -65,8 +65,7 @@ void decodefield(std::string_view text, std::size_t length, std::int32_t nbits, 
         wrong |= high | low;
         bytes[static_cast<std::size_t>(i)] = static_cast<std::uint8_t>(high << 4 | low);
     }
-    if ((wrong & nodigit) != 0)
-        throw RunFault("a field holds a character that is no hexadecimal digit");
+    if ((wrong & nodigit) != 0) refusedigit();
     if (rest == 0) return;
     const std::int64_t last = l - 2 * std::int64_t{whole};
     const bool single = tail == Tail::stored ? rest <= 4 : last - 1 <= 0;
