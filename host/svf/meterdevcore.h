@@ -1,12 +1,12 @@
 // MeterDevCore: a programmer that only counts the clocks and pauses that are queued.
 #pragma once
 
-#include "external/devcore.h"
+#include "host/programmer/idledevcore.h"
 #include "jtag/wiring.h"
 
 namespace keld2::host {
 
-class MeterDevCore final : public DevCore {
+class MeterDevCore final : public IdleDevCore {
   public:
     explicit MeterDevCore(const JtagFamily& family) : tck_(family.wiring.tck) {}
 
@@ -24,36 +24,6 @@ class MeterDevCore final : public DevCore {
     }
     void qwaitshort(std::int32_t n) override { microseconds_ += n; }
     void qwaitlong(std::int32_t n) override { microseconds_ += std::int64_t{1000} * n; }
-
-    void setvcc(std::int32_t) override {}
-    void setvpp(std::int32_t, std::uint8_t) override {}
-    void setgndpin(std::uint8_t, std::uint8_t) override {}
-    void setvccpin(std::uint8_t, std::uint8_t) override {}
-    void setvpppin(std::uint8_t, std::uint8_t) override {}
-    void drivercommit() override {}
-    void powerdown() override {}
-    void signalpass(std::uint8_t) override {}
-    void signalfail(std::uint8_t) override {}
-    int readycheck() override { return 0; }
-    void readyfail() override {}
-    int modeselect(std::uint8_t) override { return 0; }
-    int modeselect2(std::uint8_t, int) override { return 0; }
-    int modeselect3(std::uint8_t, int) override { return 0; }
-    int armready() override { return 0; }
-    void regwrite(std::int32_t, std::uint8_t) override {}
-    std::uint8_t regread(std::uint8_t) override { return 255; }
-    void qregread(std::uint8_t) override {}
-    void waitshort(std::int32_t) override {}
-    void waitlong(std::int32_t) override {}
-    void qrun() override {}
-    void buswrite(std::int32_t, std::uint8_t, std::uint8_t) override {}
-    void qbuswrite(std::int32_t, std::uint8_t, std::uint8_t) override {}
-    void busconfig(std::int32_t, std::uint8_t, std::uint8_t) override {}
-    void qbusconfig(std::int32_t, std::uint8_t, std::uint8_t) override {}
-    int checkbyte(std::int16_t, std::int32_t, int) override { return 0; }
-    int checkword(std::uint8_t, std::uint8_t, std::int32_t, int, int) override { return 0; }
-    bool transferwait(std::uint8_t) override { return true; }
-    void loadalgobuf(std::int32_t&) override {}
 
   private:
     RegisterBits tck_;

@@ -142,27 +142,6 @@ TEST(Runtest, Faults) {
     EXPECT_EQ(readruntest(RuntestKind::runtest, "RUNTEST 100000000 TCK;").clocks, 100000000);
 }
 
-TEST(TapReset, ClocksAndPauses) {
-    struct Row {
-        int family;
-        TapReset reset;
-        std::string queued;
-    };
-    const std::vector<Row> rows{
-        {80, svfreset80, "00, qwaitlong 100, 10*13, 00, qrun"},
-        {84, svfreset84, "00, qwaitlong 100, 10*8, 00"},
-        {88, svfreset87, "10*5, 00*5, qrun"},
-        {92, svfreset90, "00, qwaitshort 100, 11*5, 01*2"},
-        {94, svfreset94, "00, qwaitshort 100, qwaitlong 100, 10*6, 00*2, qrun"},
-    };
-    for (const Row& row : rows) {
-        SCOPED_TRACE(row.family);
-        Bench bench(row.family);
-        playtapreset(bench.lines, bench.devcore, row.reset);
-        EXPECT_EQ(bench.take(), row.queued);
-    }
-}
-
 TEST(TapReset, DrivesTheLinesInOrder) {
     Bench bench(86);
     playtapreset(bench.lines, bench.devcore, svfreset94);

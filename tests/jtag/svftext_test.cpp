@@ -25,20 +25,6 @@ TEST(SvfText, ClearTab) {
     EXPECT_THROW(ClearTAB(std::string(40, ' ')), RunFault);
 }
 
-TEST(SvfText, PopData) {
-    EXPECT_EQ(popdata(") TDI (A5) (B6)"), "A5");
-    EXPECT_EQ(popdata("()"), "");
-    for (const char* text : {"", "A5)", "(A5", ")("}) EXPECT_THROW(popdata(text), RunFault) << text;
-}
-
-TEST(SvfText, Words) {
-    EXPECT_TRUE(beginswith("RunTest 5", "RUNTEST"));
-    EXPECT_FALSE(beginswith("RUN", "RUNTEST"));
-    EXPECT_FALSE(holdsword("tdi", "TDI"));
-    EXPECT_EQ(requireword("8 TDI", "TDI"), 2U);
-    EXPECT_THROW(requireword("8 tdi", "TDI"), RunFault);
-}
-
 TEST(SvfText, Integers) {
     EXPECT_EQ(readint16(" 32767 "), 32767);
     EXPECT_EQ(readint16("-32768"), -32768);

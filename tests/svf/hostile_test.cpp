@@ -20,39 +20,13 @@ class Texts {
 
     // Pieces of statements in any order, with bytes thrown in.
     std::string make() {
-        static constexpr const char* pieces[] = {
-            "SDR ",
-            "SIR ",
-            "RUNTEST ",
-            "8 ",
-            "34 ",
-            "32 ",
-            "12 ",
-            "32767 ",
-            "-1 ",
-            "TDI (",
-            "TDO (",
-            "MASK (",
-            "SMASK (",
-            ")",
-            ");",
-            ";",
-            "\n",
-            "\r\n",
-            "\t",
-            "A5",
-            "00000000",
-            "FFFFF",
-            "100 TCK",
-            "1E3 SEC",
-            "IDLE ",
-            "TDI",
-            "((",
-            "))",
-            " ",
-            "0",
-            "\nSDR 34 TDI (000000000)",
+        static constexpr std::string_view pieces[] = {
+            // clang-format off
+            "SDR ", "SIR ", "RUNTEST ", "8 ", "34 ", "32 ", "12 ", "32767 ", "-1 ", "TDI (", "TDO (",
+            "MASK (", "SMASK (", ")", ");", ";", "\n", "\r\n", "\t", "A5", "00000000", "FFFFF",
+            "100 TCK", "1E3 SEC", "IDLE ", "TDI", "((", "))", " ", "0", "\nSDR 34 TDI (000000000)",
             "SDR 32 TDI (00000000) TDO (00000000) MASK (00000000);\n"};
+        // clang-format on
         std::string text;
         for (std::size_t n = below(200); n > 0; --n) {
             text += pieces[below(std::size(pieces))];

@@ -141,15 +141,6 @@ TEST(SvfRun, AStopBetweenTransfersIsNotLookedAt) {
     EXPECT_EQ(late.play("SDR 8 TDI (00);\n"), 2) << "no transfer follows";
 }
 
-TEST(SvfRun, AFailedTransferEndsWithOne) {
-    for (const std::uint8_t family : allfamilies) {
-        if (family == 89) continue;  // makes no transfer for a text without rows
-        SvfBench bench(family, 999);
-        bench.bulk = {std::nullopt};
-        EXPECT_EQ(bench.play("SDR 8 TDI (00);\n"), 1) << int{family};
-    }
-}
-
 TEST(SvfRun, LineLevelsAreKeptBetweenOperations) {
     SvfBench bench(87, 999);  // whose reset does not touch TDI
     ASSERT_EQ(bench.playtwo("SDR 8 TDI (FF);\n", ""), 0);
