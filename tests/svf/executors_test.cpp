@@ -153,17 +153,13 @@ TEST(DeviceCode, IsAWordOrARowOfItsOwnWidth) {
             bench.bulk = {flipped(good, whole, last)};
             EXPECT_EQ(bench.play(read(row)), 1) << width;
         }
+        if (width == 45) continue;  // has four bytes and more
         // Elsewhere row 0 is a word: what it does not store is 0 and not compared.
         SvfBench bench(80, 999);
-        Bytes word = bench.packed(pattern(32, 9));
-        const std::string text = field(row);
-        for (int i = 0; i < 3; ++i) {
-            const int at = static_cast<int>(text.size()) - 2 * i - 2;
-            if (at >= 0)
-                word[static_cast<std::size_t>(i)] = static_cast<std::uint8_t>(
-                    std::stoi(text.substr(static_cast<std::size_t>(at), 2), nullptr, 16));
-        }
-        if (width == 45) continue;  // has four bytes and more
+        Bits stored = row;
+        stored.resize((last + 8) / 8 * 8, '0');
+        const Bytes word =
+            bench.packed(stored + pattern(32 - static_cast<std::int32_t>(stored.size()), 9));
         bench.bulk = {word};
         EXPECT_EQ(bench.play(read(row)), 0) << width;
         bench.bulk = {flipped(word, 3, 0)};
