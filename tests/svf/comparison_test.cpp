@@ -79,6 +79,20 @@ struct Flip {
     std::int32_t row, bit;
 };
 
+// The host names that bit alone, and the line of its statement.
+void expectexplained(Chip& chip, const std::string& text, Flip flip) {
+    const auto mismatches = chip.bench.explained(text);
+    ASSERT_EQ(mismatches.size(), 1U) << int{chip.family} << ", " << chip.fuses;
+    const host::SvfMismatch& one = mismatches[0];
+    EXPECT_EQ(one.row, flip.row);
+    EXPECT_EQ(one.bit, flip.bit);
+    EXPECT_EQ(one.line, flip.row + 1);
+    EXPECT_EQ(
+        one.read,
+        chip.rows[static_cast<std::size_t>(flip.row)][static_cast<std::size_t>(flip.bit)] == '1');
+    EXPECT_NE(one.expected, one.read);
+}
+
 TEST(RowComparison, CoversTheRowsOfEveryFuseCount) {
     for (const SvfProcedure& procedure : svfprocedures())
         for (const std::uint8_t family : procedure.families)
@@ -99,6 +113,7 @@ TEST(RowComparison, CoversTheRowsOfEveryFuseCount) {
                     chip.answerall();
                     EXPECT_EQ(chip.bench.play(text), 1)
                         << name << ", row " << flip.row << ", bit " << flip.bit;
+                    expectexplained(chip, text, flip);
                     flipline(chip.rows[static_cast<std::size_t>(flip.row)], flip.bit);
                 }
             }

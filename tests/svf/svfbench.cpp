@@ -108,6 +108,21 @@ std::string SvfBench::statements(const std::string& text) {
     return waveform({at(from), at(endofstatements())});
 }
 
+host::LogicDevice SvfBench::device() {
+    return {.name = "bench",
+            .family = family_->family,
+            .fuses = s().tlength[0],
+            .procedure = findsvfprocedure(family_->family),
+            .wiring = family_};
+}
+
+std::vector<host::SvfMismatch> SvfBench::explained(const std::string& text) {
+    host::ReadBack readback(bulk.size() + 4, Bytes(16385));  // 0 behind what is given
+    for (std::size_t i = 0; i < bulk.size(); ++i)
+        if (bulk[i]) std::ranges::copy(*bulk[i], readback[i].begin());
+    return host::explainsvf(device(), text, readback);
+}
+
 FileContent SvfBench::readfile(std::span<const std::u16string> parts) {
     onread();
     const bool named = parts.size() == 1 && parts[0] == u"pldtmp.svf";

@@ -9,6 +9,7 @@
 
 #include "common/privatemachine.h"
 #include "external/usbtransport.h"
+#include "host/svf/svfexplain.h"
 #include "jtag/recordingdevcore.h"
 #include "jtag/wiring.h"
 #include "platform/numbers.h"
@@ -40,6 +41,10 @@ class SvfBench : public PlatformDecorator, public UsbTransport {
     std::string statements(const std::string& text);
     std::string log() const { return utf8(module_.variables().MainRtstr[0].text()); }
     SharedVariables& s() { return module_.variables(); }
+
+    // What the host knows of the device, and how it explains a failed play of text.
+    host::LogicDevice device();
+    std::vector<host::SvfMismatch> explained(const std::string& text);
 
     // A row as the programmer brings it: whole bytes, then a raw byte for each of the last bits.
     Bytes packed(const Bits& bits) const;
