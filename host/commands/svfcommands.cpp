@@ -20,7 +20,8 @@ namespace {
 
 struct Arguments {
     std::string task, data, layout = "A2", file;
-    bool anyway = false;  // plays a text that loses statements
+    bool anyway = false;      // plays a text that loses statements
+    bool statements = false;  // tells of those that run, too
 };
 
 Device chosendevice(const DeviceOptions& options) {
@@ -63,7 +64,7 @@ SvfCheck checkfile(const std::string& file, const DeviceOptions& options) {
 int check(const Arguments& arguments, const DeviceOptions& options) {
     const SvfCheck result = checkfile(arguments.file, options);
     std::cout << (options.json ? jsonof(result, arguments.file) + "\n"
-                               : told(result, arguments.file));
+                               : told(result, arguments.file, arguments.statements));
     return result.usesall() ? exitstatus::well : exitstatus::data;
 }
 
@@ -112,6 +113,7 @@ void addsvfcommands(CLI::App& program, const DeviceOptions& options, int& status
     CLI::App* checking =
         program.add_subcommand("check", "tells what a run would make of an SVF text");
     checking->add_option("FILE", arguments->file, "the text")->required();
+    checking->add_flag("--statements", arguments->statements, "lists those that run, too");
     checking->callback([arguments, &options, &status] { status = check(*arguments, options); });
 
     CLI::App* playing = program.add_subcommand("play", "plays an SVF text on the device");

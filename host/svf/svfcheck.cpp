@@ -86,11 +86,12 @@ class Checker final : public SvfListener {
             }
         check_.lost.push_back({line, whylost(words)});
     }
-    void sir(const SirStatement& s) override {
+    void sir(std::int32_t line, const SirStatement& s) override {
         ++check_.instructions;
         check_.shiftbits += std::max<std::int16_t>(s.bits, 0);
+        check_.run.push_back({line, "SIR: " + counted(s.bits)});
     }
-    void sdr(std::int32_t line, const SdrStatement& s) override {
+    void sdr(std::int32_t line, const SdrStatement& s, std::int32_t row) override {
         using Kind = SdrStatement::Kind;
         if (s.kind == Kind::givenup) {
             check_.lost.push_back({line,
@@ -103,12 +104,21 @@ class Checker final : public SvfListener {
                                     : check_.reads);
         check_.shiftbits += s.nbits;
         if (s.kind != Kind::drive && !s.counted) unstored_.push_back(line);
+        check_.run.push_back({line, "SDR: " + counted(s.nbits) +
+                                        (s.kind == Kind::drive    ? " out"
+                                         : s.kind == Kind::replay ? " out and back"
+                                                                  : " back") +
+                                        (s.counted ? ", row " + std::to_string(row) : "")});
     }
-    void runtest(const RuntestStatement& s) override {
+    void runtest(std::int32_t line, const RuntestStatement& s) override {
         ++check_.waits;
         executeruntest(lines_, meter_, s, 0);
-        check_.clocks = meter_.clocks();
-        check_.waiting = meter_.microseconds();
+        const std::int64_t clocks = meter_.clocks() - check_.clocks;
+        const std::int64_t waiting = meter_.microseconds() - check_.waiting;
+        check_.clocks += clocks;
+        check_.waiting += waiting;
+        check_.run.push_back({line, "RUNTEST: " + std::to_string(clocks) + " clocks, " +
+                                        std::to_string(waiting) + " us of waiting"});
     }
     void fetch(const SvfFetch& fetch, const SvfStored& stored, const SdrStatement&) override {
         if (fetch.code) {
@@ -129,14 +139,17 @@ class Checker final : public SvfListener {
             check_.skipped.push_back({line,
                                       "SDR: TDO without MASK on an unfinished line, read "
                                       "but not compared"});
-        std::ranges::sort(check_.skipped, {}, &SvfLine::line);
-        std::ranges::sort(check_.lost, {}, &SvfLine::line);
+        std::ranges::stable_sort(check_.skipped, {}, &SvfLine::line);
+        std::ranges::stable_sort(check_.lost, {}, &SvfLine::line);
     }
 
   private:
     bool atstart() const {
         return check_.instructions + check_.drives + check_.reads + check_.replays + check_.waits ==
                0;
+    }
+    static std::string counted(std::int32_t bits) {
+        return host::counted(static_cast<std::uint64_t>(std::max(bits, 0)), "bit");
     }
     static std::string whylost(const Words& words) {
         if (std::ranges::find(known, words.first) != known.end())
@@ -161,7 +174,8 @@ class Checker final : public SvfListener {
         std::string what = "SDR: its row is number " + std::to_string(misfit_.row) + " and has " +
                            std::to_string(misfit_.source.bits) + " bits" +
                            ", the device's comparison takes " + std::to_string(width_);
-        if (misfits_ > 1) what += "; " + counted(misfits_ - 1, "more row") + " of other widths";
+        if (misfits_ > 1)
+            what += "; " + host::counted(misfits_ - 1, "more row") + " of other widths";
         check_.lost.push_back({misfit_.source.line, what});
     }
     void mark(std::int32_t row) {
@@ -210,11 +224,14 @@ SvfCheck checksvf(const LogicDevice& device, std::string_view text) {
     return check;
 }
 
-std::string told(const SvfCheck& check, const std::string& name) {
+std::string told(const SvfCheck& check, const std::string& name, bool all) {
+    std::vector<SvfLine> lines;
+    if (all) lines = check.run;
+    for (const SvfLine& line : check.skipped) lines.push_back({line.line, "skipped: " + line.what});
+    for (const SvfLine& line : check.lost) lines.push_back({line.line, "lost: " + line.what});
+    std::ranges::stable_sort(lines, {}, &SvfLine::line);
     std::string text;
-    for (const SvfLine& line : check.skipped)
-        append(text, name, {line.line, "skipped: " + line.what});
-    for (const SvfLine& line : check.lost) append(text, name, {line.line, "lost: " + line.what});
+    for (const SvfLine& line : lines) append(text, name, line);
     if (check.fault)
         text += name + ":" + std::to_string(check.fault->line) + ":" +
                 std::to_string(check.fault->column) + ": the run fails here: " + check.reason +
@@ -259,6 +276,7 @@ std::string jsonof(const SvfCheck& check, const std::string& name) {
                       {"compared", check.compared},
                       {"firstrow", check.firstrow},
                       {"lastrow", check.lastrow},
+                      {"run", list(check.run)},
                       {"skipped", list(check.skipped)},
                       {"lost", list(check.lost)}};
     if (check.fault)

@@ -24,6 +24,7 @@ struct SvfCheck {
     std::int32_t compared = 0;     // of them; the device code counts
     std::int32_t firstrow = 0;     // that the device's comparison takes
     std::int32_t lastrow = 0;      // 0: as many as the text has
+    std::vector<SvfLine> run;      // statements that run
     std::vector<SvfLine> skipped;  // lines without effect that lose nothing
     std::vector<SvfLine> lost;     // statements that would be lost, and why
     std::optional<SvfPlace> fault = {};
@@ -34,8 +35,8 @@ struct SvfCheck {
 
 SvfCheck checksvf(const LogicDevice& device, std::string_view text);
 
-// The check in words, a line each. name: of the text's file.
-std::string told(const SvfCheck& check, const std::string& name);
+// The check in words, a line each. name: of the text's file. all: the statements that run, too.
+std::string told(const SvfCheck& check, const std::string& name, bool all = false);
 
 std::string jsonof(const SvfCheck& check, const std::string& name);
 

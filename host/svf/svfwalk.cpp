@@ -62,17 +62,17 @@ class Walk {
 
     void walkline() {
         const std::string_view line = reader_.svfline();
+        const std::int32_t number = linenumber(start_);
         if (beginswith(line, "SIR")) {
-            listener_.sir(readsir(line));
+            listener_.sir(number, readsir(line));
         } else if (beginswith(line, "RUNTEST")) {
-            listener_.runtest(readruntest(device_.wiring->runtest, line));
+            listener_.runtest(number, readruntest(device_.wiring->runtest, line));
         } else if (beginswith(line, "SDR")) {
-            const std::int32_t number = linenumber(start_);
             readsdr(reader_, *procedure_.sdrrules, device_.fuses, stored().rowcount, statement_);
-            listener_.sdr(number, statement_);
+            listener_.sdr(number, statement_, stored().rowcount);
             carryout(number);
         } else {
-            listener_.skipped(linenumber(start_), line);
+            listener_.skipped(number, line);
         }
     }
 

@@ -45,9 +45,10 @@ class SvfListener {
   public:
     virtual ~SvfListener() = default;
     virtual void skipped(std::int32_t /*line*/, std::string_view /*text*/) {}
-    virtual void sir(const SirStatement&) {}
-    virtual void sdr(std::int32_t /*line*/, const SdrStatement&) {}
-    virtual void runtest(const RuntestStatement&) {}
+    virtual void sir(std::int32_t /*line*/, const SirStatement&) {}
+    // row: the number of the row that is stored, if one is.
+    virtual void sdr(std::int32_t /*line*/, const SdrStatement&, std::int32_t /*row*/) {}
+    virtual void runtest(std::int32_t /*line*/, const RuntestStatement&) {}
     virtual void fetch(const SvfFetch&, const SvfStored&, const SdrStatement&) {}
 };
 

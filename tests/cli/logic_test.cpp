@@ -201,6 +201,29 @@ TEST_F(SvfCheck, NamesLineColumnAndReason) {
     }
 }
 
+TEST_F(SvfCheck, ListsTheStatementsThatRunInTheirOrder) {
+    const std::string text = folder_
+                                 .file("text.svf",
+                                       "SIR 8 TDI (16);\nSDR 32 TDI (00000000)\n\tTDO (00000000);\n"
+                                       "HIR 0;\nSDR 12 TDI (123);\nRUNTEST 12 TCK;\n"
+                                       "RUNTEST IDLE 8 TCK 1.5 SEC;\nBLAH;\n")
+                                 .string();
+    const ProgramResult result = runprogram({"-d", device_, "check", "--statements", text});
+    std::string expected;
+    for (const char* line :
+         {"1: SIR: 8 bits", "2: SDR: 32 bits back, row 0", "4: skipped: HIR: no header bits",
+          "5: SDR: 12 bits out", "6: RUNTEST: 16 clocks, 0 us of waiting",
+          "7: RUNTEST: 8 clocks, 1500000 us of waiting",
+          "8: lost: no statement begins with \"BLAH\""})
+        expected += text + ":" + line + "\n";
+    EXPECT_THAT(result.out, StartsWith(expected));
+    const auto json =
+        nlohmann::json::parse(runprogram({"-d", device_, "check", "--json", text}).out);
+    EXPECT_EQ(json["run"].size(), 5U);
+    EXPECT_EQ(json["seconds"], 1.5);
+    EXPECT_EQ(json["usesall"], false);
+}
+
 TEST_F(SvfCheck, TellsRowsThatNobodyCompares) {
     std::string text = "SDR 32 TDI (00000000) TDO (00000000);\n";
     for (int i = 0; i < 81; ++i) text += "SDR 8 TDI (00) TDO (00);\n";
