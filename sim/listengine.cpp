@@ -49,18 +49,21 @@ const JtagLines* jtaglines(std::uint8_t family) {
     return nullptr;
 }
 
+const JtagLines* jtaglines(std::span<const std::uint8_t, recordlength> record) {
+    for (const auto& [w, families] : wirings)
+        if (w.tck.reg == record[0] && w.tck.bit == record[2] && w.tdi.bit == record[5] &&
+            w.tdo.bit == record[4])
+            return &w;
+    return nullptr;
+}
+
 void ListEngine::setrecord(std::span<const std::uint8_t, recordlength> record) {
     const Line tck{.reg = record[0], .bit = record[2]};
     lines_ = {.tck = tck,
               .tdi = {.reg = tck.reg, .bit = record[5]},
               .tdo = {.reg = record[9], .bit = record[4]}};
-    for (const auto& [w, families] : wirings) {
-        if (w.tck.reg != tck.reg || w.tck.bit != tck.bit || w.tdi.bit != lines_.tdi.bit ||
-            w.tdo.bit != lines_.tdo.bit)
-            continue;
-        lines_ = {.tck = w.tck, .tdi = w.tdi, .tdo = w.tdo};
-        return;
-    }
+    if (const JtagLines* known = jtaglines(record))
+        lines_ = {.tck = known->tck, .tdi = known->tdi, .tdo = known->tdo};
 }
 
 std::optional<std::uint8_t> ListEngine::run(std::uint8_t code, std::uint8_t value) {

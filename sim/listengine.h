@@ -45,6 +45,9 @@ const JtagLines* jtaglines(std::uint8_t family);
 
 inline constexpr std::size_t recordlength = 11;  // frame bytes 4 to 14
 
+// The wiring that a parameter record names; nullptr when it names none of the known ones.
+const JtagLines* jtaglines(std::span<const std::uint8_t, recordlength> record);
+
 class ListEngine {
   public:
     explicit ListEngine(Board& board) : board_(board) {}

@@ -12,6 +12,7 @@
 #include "host/commands/editcommand.h"
 #include "host/commands/mapcommand.h"
 #include "host/commands/svfcommands.h"
+#include "host/commands/tracecommands.h"
 #include "host/hosterror.h"
 
 namespace keld2::host {
@@ -30,6 +31,7 @@ int runcli(int argc, const char* const* argv) {
     addmapcommand(program, options, status);
     addsvfcommands(program, options, status);
     addjobcommand(program, options, status);
+    addtracecommands(program, status);
     try {
         program.parse(argc, argv);
         return status;
