@@ -56,12 +56,14 @@ class Logic : public Bench, public ::testing::WithParamInterface<std::string> {
     void flipfuse(std::size_t fuse) {
         faults_ = {"stuck=" + std::to_string(fuse) + (map()[fuse] == '1' ? ":0:0" : ":0:1")};
     }
-    std::string text(const std::string& layout, const std::string& data) const {
+    std::string text(const std::string& operation, const std::string& layout,
+                     const std::string& data) const {
         const std::string out = file("made.svf").string();
-        EXPECT_EQ(runprogram({"-d", device_, "--force", "svf", "make", "--operation", "verify",
-                              "--layout", layout, data, "-o", out})
-                      .status,
-                  0);
+        std::vector<std::string> arguments{"-d", device_,       "--force", "svf",      "make", "-o",
+                                           out,  "--operation", operation, "--layout", layout};
+        if (!data.empty()) arguments.push_back(data);
+        const ProgramResult made = runprogram(arguments);
+        EXPECT_EQ(made.status, 0) << made.err;
         return host::readtext(out);
     }
     // The run has failed by this fuse alone, whose level differs from fuses; text: what was played.
@@ -119,7 +121,7 @@ TEST_P(Logic, GoesThroughItsLife) {
          {std::size_t{0}, logic_.rows / 2 * logic_.width + 5, fuses.size() - 1}) {
         flipfuse(fuse);
         const ProgramResult failed = keld2({"verify", wanted, "--json"});
-        expectexplained(failed, fuse, fuses[fuse], text("A2", wanted));
+        expectexplained(failed, fuse, fuses[fuse], text("verify", "A2", wanted));
         EXPECT_EQ(nlohmann::json::parse(failed.out)["explanation"]["mismatches"][0]["fuse"], fuse);
     }
     faults_.clear();
@@ -134,6 +136,18 @@ TEST_P(Logic, GoesThroughItsLife) {
     const ProgramResult wrong = keld2({"verify", other});
     EXPECT_EQ(wrong.status, 1);
     EXPECT_THAT(wrong.err, HasSubstr("Device Code Error!"));
+}
+
+TEST_P(Logic, PlaysTheTextsOfItsOperations) {
+    const std::string wanted = jedec("wanted.jed", map());
+    for (const std::string operation : {"id", "erase", "blank", "program", "verify", "secure"}) {
+        const bool data = operation == "program" || operation == "verify";
+        const std::string made =
+            folder_.file("text.svf", text(operation, "A2", data ? wanted : "")).string();
+        const ProgramResult checked = runprogram({"-d", device_, "check", made});
+        EXPECT_EQ(checked.status, 0) << operation << checked.out;
+        EXPECT_EQ(keld2({"play", made}).status, 0) << operation;
+    }
 }
 
 TEST_P(Logic, ReadsInEveryLayoutThatComparesRows) {
@@ -153,11 +167,11 @@ TEST_P(Logic, ReadsInEveryLayoutThatComparesRows) {
             continue;
         }
         SCOPED_TRACE(layout);
-        const std::string good = folder_.file("good.svf", text(layout, wanted)).string();
+        const std::string good = folder_.file("good.svf", text("verify", layout, wanted)).string();
         const ProgramResult checked = runprogram({"-d", device_, "check", good});
         EXPECT_EQ(checked.status, 0) << checked.out;
         EXPECT_EQ(keld2({"play", good}).status, 0);
-        const std::string wrong = text(layout, other);
+        const std::string wrong = text("verify", layout, other);
         const std::string bad = folder_.file("bad.svf", wrong).string();
         expectexplained(keld2({"play", bad, "--json"}), map().size() - 1, flipped().back(), wrong);
     }
