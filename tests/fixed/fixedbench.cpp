@@ -1,7 +1,6 @@
 #include "fixed/fixedbench.h"
 
 #include <algorithm>
-#include <random>
 #include <sstream>
 
 #include "platform/numbers.h"
@@ -11,24 +10,6 @@ namespace keld2::testing {
 namespace {
 
 using enum sim::TapState;
-
-// Hands everything on to the bench, which outlives the module.
-class BenchTransport final : public UsbTransport {
-  public:
-    explicit BenchTransport(UsbTransport& bench) : bench_(bench) {}
-    int usbcomwrite(std::span<const std::uint8_t> frame) override {
-        return bench_.usbcomwrite(frame);
-    }
-    void usbbulkread(std::span<std::uint8_t> target, std::uint8_t* result) override {
-        bench_.usbbulkread(target, result);
-    }
-    int usbbulkwrite(std::span<const std::uint8_t> source) override {
-        return bench_.usbbulkwrite(source);
-    }
-
-  private:
-    UsbTransport& bench_;
-};
 
 }  // namespace
 
@@ -81,10 +62,11 @@ void Chip::clock() {
 }
 
 FixedBench::FixedBench(std::uint8_t family, std::int32_t fuses, sim::SimProgrammer* programmer)
-    : PlatformDecorator(machine_),
+    : Script(255),
+      PlatformDecorator(machine_),
       family_(findjtagfamily(family)),
       geometry_(findgeometry(fuses)),
-      module_(*this, programmer != nullptr ? simulated(*programmer) : scripted()) {
+      module_(*this, programmer != nullptr ? simulated(*programmer) : external()) {
     ClsKELD2(module_).bufcomkeld2(0);
     s().buflength[0] = fuses;
     ClsKELD2(module_).freesharebufferkeld2();
@@ -102,19 +84,6 @@ FixedBench::FixedBench(std::uint8_t family, std::int32_t fuses, sim::SimProgramm
     bulk.emplace_back(id(acceptedcodes[0]));
 }
 
-External FixedBench::scripted() {
-    return {
-        .devcore =
-            [this](SharedVariables&) {
-                auto created = std::make_unique<RecordingDevCore>();
-                devcore = created.get();
-                devcore->samples = samples;
-                return created;
-            },
-        .transport = [this](SharedVariables&) { return std::make_unique<BenchTransport>(*this); },
-        .helper = {}};
-}
-
 External FixedBench::simulated(sim::SimProgrammer& programmer) {
     return {.devcore = [&programmer](SharedVariables& s) { return programmer.devcore(s); },
             .transport = [&programmer](SharedVariables&) { return programmer.transport(); },
@@ -123,7 +92,7 @@ External FixedBench::simulated(sim::SimProgrammer& programmer) {
 
 void FixedBench::run(std::int16_t op) {
     s().prgresult[1] = static_cast<std::uint8_t>(op);
-    bulkreads_ = 0;
+    bulkreads = 0;
     ClsKELD2(module_).runKeld2Prg(false);
 }
 
@@ -178,33 +147,8 @@ BoxAnswer FixedBench::messagebox(const Box& box) {
     return boxesshown_ < answers.size() ? answers[boxesshown_++] : BoxAnswer::abort;
 }
 
-int FixedBench::usbcomwrite(std::span<const std::uint8_t> frame) {
-    std::string text = "frame";
-    for (const std::uint8_t byte : frame) text += " " + std::to_string(byte);
-    devcore->calls.push_back(text);
-    return 0;
-}
-
-void FixedBench::usbbulkread(std::span<std::uint8_t> target, std::uint8_t* result) {
-    devcore->calls.emplace_back("usbbulkread");
-    std::fill(target.begin(), target.end(), std::uint8_t{255});
-    const bool given = bulkreads_ < bulk.size();
-    if (given && bulk[bulkreads_])
-        std::copy(bulk[bulkreads_]->begin(), bulk[bulkreads_]->end(), target.begin());
-    *result =
-        static_cast<std::uint8_t>(given && !bulk[bulkreads_] ? BulkState::failed : BulkState::done);
-    ++bulkreads_;
-}
-
 std::string FixedBench::utf8text(int index) const {
     return utf8(module_.variables().MainRtstr[index].text());
-}
-
-std::string pattern(std::int32_t length, unsigned seed) {
-    std::mt19937 random(seed);
-    std::string text;
-    for (std::int32_t i = 0; i < length; ++i) text += (random() & 4) != 0 ? '1' : '0';
-    return text;
 }
 
 }  // namespace keld2::testing

@@ -3,27 +3,21 @@
 #pragma once
 
 #include <functional>
-#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "common/privatemachine.h"
-#include "external/usbtransport.h"
 #include "families/fixedlogic.h"
-#include "jtag/recordingdevcore.h"
+#include "jtag/script.h"
 #include "jtag/wiring.h"
 #include "platform/platformdecorator.h"
-#include "plugin/clskeld2.h"
 #include "sim/programmer.h"
 #include "sim/tap.h"
 
 namespace keld2::testing {
 
 inline constexpr std::array<std::uint8_t, 3> fixedmodes{41, 42, 43};
-
-using Bytes = std::vector<std::uint8_t>;
-using Bits = std::string;  // of '0' and '1', the first shifted first
 
 // One pass through Shift-DR: the instruction in force and the bits on TDI.
 struct Scan {
@@ -55,7 +49,7 @@ class Chip {
     Bits bits_;
 };
 
-class FixedBench : public PlatformDecorator, public UsbTransport {
+class FixedBench : public Script, public PlatformDecorator {
   public:
     // programmer: works the jobs instead of the scripted answers; must outlive the bench.
     FixedBench(std::uint8_t family, std::int32_t fuses, sim::SimProgrammer* programmer = nullptr);
@@ -77,13 +71,10 @@ class FixedBench : public PlatformDecorator, public UsbTransport {
     std::vector<std::string> calls() const { return devcore->calls; }
     std::size_t count(const std::string& call) const;
 
-    std::vector<std::optional<Bytes>> bulk;  // in order; none: a failed transfer
     std::vector<BoxAnswer> answers;
     std::vector<std::string> boxes;  // texts of the boxes shown
     std::function<void()> onservice = [] {};
-    int waits = 0;                        // services that could have waited for events
-    RecordingDevCore* devcore = nullptr;  // once a scripted run has begun
-    std::deque<std::uint8_t> samples;     // of the direct reads
+    int waits = 0;  // services that could have waited for events
 
     SharedVariables& s() { return module_.variables(); }
 
@@ -93,12 +84,8 @@ class FixedBench : public PlatformDecorator, public UsbTransport {
     }
     void wake() override { awake_ = true; }
     BoxAnswer messagebox(const Box& box) override;
-    int usbcomwrite(std::span<const std::uint8_t> frame) override;
-    void usbbulkread(std::span<std::uint8_t> target, std::uint8_t* result) override;
-    int usbbulkwrite(std::span<const std::uint8_t>) override { return 0; }
 
   private:
-    External scripted();
     static External simulated(sim::SimProgrammer& programmer);
     std::string utf8text(int index) const;
     std::uint8_t raw(char bit) const;
@@ -108,11 +95,7 @@ class FixedBench : public PlatformDecorator, public UsbTransport {
     mutable PosixPlatform machine_{test::privatemachine()};
     mutable Module module_;
     bool awake_ = false;
-    std::size_t bulkreads_ = 0;
     std::size_t boxesshown_ = 0;
 };
-
-// "10101..." of some irregular pattern, the same for the same seed.
-std::string pattern(std::int32_t length, unsigned seed);
 
 }  // namespace keld2::testing

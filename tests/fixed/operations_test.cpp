@@ -229,7 +229,7 @@ TEST(FixedOperations, MarginsVerifyAtBothVoltages) {
         for (const std::string& call : bench.calls())
             if (call.starts_with("setvcc ") && call != "setvcc 3300") voltages.push_back(call);
         EXPECT_EQ(voltages, row.voltages);
-        EXPECT_EQ(bench.count("usbbulkread"), 1 + row.reads);
+        EXPECT_EQ(bench.bulkreads, 1 + row.reads);
         EXPECT_EQ(bench.s().prgresult[0], row.firstfails ? 1 : 0);
     }
 }

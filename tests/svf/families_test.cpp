@@ -16,16 +16,8 @@ TEST(SvfFamilies, EachHasWiringStartUpAndOneProcedure) {
         for (const std::uint8_t family : procedure.families) {
             EXPECT_TRUE(seen.insert(family).second) << int{family};
             EXPECT_EQ(findsvfprocedure(family), &procedure) << int{family};
-            const JtagFamily* wiring = findjtagfamily(family);
-            const JtagStartup* startup = findjtagstartup(family);
-            ASSERT_NE(wiring, nullptr) << int{family};
-            ASSERT_NE(startup, nullptr) << int{family};
-            // The record tells the programmer of the same lines.
-            EXPECT_EQ(startup->record[0], wiring->wiring.tck.reg) << int{family};
-            EXPECT_EQ(startup->record[2], wiring->wiring.tck.bits) << int{family};
-            EXPECT_EQ(startup->record[4], wiring->wiring.tdo.bits) << int{family};
-            EXPECT_EQ(startup->record[5], wiring->wiring.tdi.bits) << int{family};
-            EXPECT_EQ(startup->record[9], wiring->wiring.tdo.reg) << int{family};
+            EXPECT_NE(findjtagfamily(family), nullptr) << int{family};
+            EXPECT_NE(findjtagstartup(family), nullptr) << int{family};
         }
     std::set<int> expected{50};
     for (int family = 80; family <= 95; ++family) expected.insert(family);

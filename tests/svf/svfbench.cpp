@@ -1,48 +1,17 @@
 #include "svf/svfbench.h"
 
 #include <algorithm>
-#include <random>
 
 #include "jtag/waveform.h"
 #include "platform/numbers.h"
 
 namespace keld2::testing {
 
-namespace {
-
-// The transport as the module owns it.
-class BenchTransport final : public UsbTransport {
-  public:
-    explicit BenchTransport(SvfBench& bench) : bench_(bench) {}
-    int usbcomwrite(std::span<const std::uint8_t> frame) override {
-        return bench_.usbcomwrite(frame);
-    }
-    void usbbulkread(std::span<std::uint8_t> target, std::uint8_t* result) override {
-        bench_.usbbulkread(target, result);
-    }
-    int usbbulkwrite(std::span<const std::uint8_t> source) override {
-        return bench_.usbbulkwrite(source);
-    }
-
-  private:
-    SvfBench& bench_;
-};
-
-}  // namespace
-
 SvfBench::SvfBench(std::uint8_t family, std::int32_t fuses)
-    : PlatformDecorator(machine_),
+    : Script(0),
+      PlatformDecorator(machine_),
       family_(findjtagfamily(family)),
-      module_(*this,
-              {.devcore =
-                   [this](SharedVariables&) {
-                       auto created = std::make_unique<RecordingDevCore>();
-                       devcore_ = created.get();
-                       return created;
-                   },
-               .transport =
-                   [this](SharedVariables&) { return std::make_unique<BenchTransport>(*this); },
-               .helper = {}}) {
+      module_(*this, external()) {
     ClsKELD2(module_).bufcomkeld2(0);
     s().prgmode[0] = family;
     s().tlength[0] = fuses;
@@ -69,14 +38,14 @@ int SvfBench::playtwo(const std::string& first, const std::string& second) {
 int SvfBench::run(int operation) {
     s().prgresult[1] = static_cast<std::uint8_t>(operation);
     s().MainRtstr[0] = u"";
-    bulkreads_ = 0;
-    if (devcore_ != nullptr) devcore_->calls.clear();
+    bulkreads = 0;
+    if (devcore != nullptr) devcore->calls.clear();
     ClsKELD2(module_).runKeld2Prg(false);
     return s().prgresult[0];
 }
 
 std::vector<std::string> SvfBench::calls() const {
-    const auto& all = devcore_->calls;
+    const auto& all = devcore->calls;
     const auto first = std::find_if(all.begin(), all.end(),
                                     [](const auto& call) { return call.starts_with("frame 13 "); });
     return {first, all.end()};
@@ -130,25 +99,6 @@ FileContent SvfBench::readfile(std::span<const std::u16string> parts) {
     return {.status = FileContent::Status::read, .bytes = {file->begin(), file->end()}};
 }
 
-int SvfBench::usbcomwrite(std::span<const std::uint8_t> frame) {
-    std::string text = "frame";
-    for (const std::uint8_t byte : frame) text += " " + std::to_string(byte);
-    devcore_->calls.push_back(text);
-    return 0;
-}
-
-void SvfBench::usbbulkread(std::span<std::uint8_t> target, std::uint8_t* result) {
-    devcore_->calls.push_back("usbbulkread " + std::to_string(target.size()));
-    std::fill(target.begin(), target.end(), std::uint8_t{0});
-    const bool given = bulkreads_ < bulk.size();
-    if (given && bulk[bulkreads_])
-        std::copy_n(bulk[bulkreads_]->begin(), std::min(bulk[bulkreads_]->size(), target.size()),
-                    target.begin());
-    *result =
-        static_cast<std::uint8_t>(given && !bulk[bulkreads_] ? BulkState::failed : BulkState::done);
-    ++bulkreads_;
-}
-
 // The other lines of the register are there too.
 std::uint8_t SvfBench::rawbyte(char bit) const {
     const std::uint8_t mask = family_->wiring.tdo.bits;
@@ -173,13 +123,6 @@ Bytes SvfBench::raw(const Bits& bits) const {
     Bytes bytes;
     for (const char bit : bits) bytes.push_back(rawbyte(bit));
     return bytes;
-}
-
-Bits pattern(std::int32_t count, unsigned seed) {
-    std::mt19937 random(seed);
-    Bits bits;
-    for (std::int32_t i = 0; i < count; ++i) bits += (random() & 4) != 0 ? '1' : '0';
-    return bits;
 }
 
 std::string field(const Bits& bits) {

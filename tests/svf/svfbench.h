@@ -8,22 +8,15 @@
 #include <vector>
 
 #include "common/privatemachine.h"
-#include "external/usbtransport.h"
 #include "host/svf/svfexplain.h"
-#include "jtag/recordingdevcore.h"
+#include "jtag/script.h"
 #include "jtag/wiring.h"
 #include "platform/numbers.h"
 #include "platform/platformdecorator.h"
-#include "plugin/clskeld2.h"
 
 namespace keld2::testing {
 
-using Bytes = std::vector<std::uint8_t>;
-
-// The lines of a row as a text of '0' and '1', the first bit first.
-using Bits = std::string;
-
-class SvfBench : public PlatformDecorator, public UsbTransport {
+class SvfBench : public Script, public PlatformDecorator {
   public:
     SvfBench(std::uint8_t family, std::int32_t fuses);
 
@@ -51,16 +44,12 @@ class SvfBench : public PlatformDecorator, public UsbTransport {
     // A raw byte for each bit.
     Bytes raw(const Bits& bits) const;
 
-    std::vector<std::optional<Bytes>> bulk;  // in order; none: a failed transfer; 0 behind them
-    std::optional<std::string> file;         // of the text; none: it is missing
+    std::optional<std::string> file;  // of the text; none: it is missing
     std::function<void()> onservice = [] {};
     std::function<void()> onread = [] {};  // before the text is read
 
     void service() override { onservice(); }
     FileContent readfile(std::span<const std::u16string> parts) override;
-    int usbcomwrite(std::span<const std::uint8_t> frame) override;
-    void usbbulkread(std::span<std::uint8_t> target, std::uint8_t* result) override;
-    int usbbulkwrite(std::span<const std::uint8_t>) override { return 0; }
 
   private:
     std::size_t endofstatements() const;
@@ -69,12 +58,8 @@ class SvfBench : public PlatformDecorator, public UsbTransport {
     const JtagFamily* family_;
     mutable PosixPlatform machine_{test::privatemachine()};
     mutable Module module_;
-    RecordingDevCore* devcore_ = nullptr;
-    std::size_t bulkreads_ = 0;
 };
 
-// count irregular bits, the same for the same seed.
-Bits pattern(std::int32_t count, unsigned seed);
 // Bits as a hexadecimal field: the first bit is bit 0 of the last digit. digits: at least so many.
 std::string field(const Bits& bits);
 // A read of these bits on one line, all of them compared.
