@@ -6,6 +6,7 @@
 #include "host/catalogue/catalogue.h"
 #include "host/commands/boxes.h"
 #include "host/commands/devicejob.h"
+#include "host/commands/interruptwatch.h"
 #include "host/files/files.h"
 #include "host/files/outputfile.h"
 #include "host/hosterror.h"
@@ -71,6 +72,7 @@ int check(const Arguments& arguments, const DeviceOptions& options) {
 // Whether a text that loses statements is to be played all the same.
 bool askanyway(const Arguments& arguments, const DeviceOptions& options) {
     if (arguments.anyway) return true;
+    const InterruptWatch interrupts;  // an interrupt takes the safe answer
     TerminalBoxes boxes(consoleoptions(options).onbox, stderr);
     const Box box{.buttons = BoxButtons::okcancel,
                   .title = u"keld2",

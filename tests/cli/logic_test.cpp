@@ -288,6 +288,19 @@ TEST_F(SvfCheck, AFailureIsExplainedOnATerminalOrWhenAsked) {
     EXPECT_THAT(telling.finish().out, HasSubstr("bit 8: expected 0, read 1"));
 }
 
+TEST_F(SvfCheck, AFailureOfASequenceIsExplainedByTheTextOfItsStep) {
+    faults_ = {"stuck=809:0:1"};
+    const std::string zeros = folder_
+                                  .file("zeros.jed",
+                                        "\x02t*\nQF16160*\nF0*\n\x03"
+                                        "0000\n")
+                                  .string();
+    const auto json = nlohmann::json::parse(keld2({"auto", zeros, "--json"}).out);
+    EXPECT_EQ(json["done"], 2) << "erased and blank";
+    EXPECT_EQ(json["explanation"]["count"], 1);
+    EXPECT_EQ(json["explanation"]["mismatches"][0]["fuse"], 809);
+}
+
 TEST_F(SvfCheck, RefusesWhatCannotBe) {
     device_ = "serial-2k";
     EXPECT_EQ(check("").status, 64);
