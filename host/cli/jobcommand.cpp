@@ -8,6 +8,7 @@
 #include "host/commands/attendedprogrammer.h"
 #include "host/hosterror.h"
 #include "host/job/session.h"
+#include "host/wave/waveprogrammer.h"
 
 namespace keld2::host {
 
@@ -42,9 +43,16 @@ Device deviceof(const Job& job, const DeviceOptions& options) {
 
 ProgrammerFactory programmerof(const Job& job, const JobArguments& arguments,
                                const DeviceOptions& options) {
-    if (arguments.replay) return replayed(*arguments.replay);
-    const std::string programmer = options.programmer.empty() ? "sim" : options.programmer;
-    return attended(simulated(parseprogrammer(programmer), deviceof(job, options)),
+    const auto prgmode = static_cast<std::uint8_t>(settingof(job.shared, "prgmode"));
+    if (arguments.replay) {
+        const ProgrammerFactory programmer = replayed(*arguments.replay);
+        return options.vcd ? waved(programmer, *options.vcd, prgmode) : programmer;
+    }
+    const ProgrammerChoice choice =
+        parseprogrammer(options.programmer.empty() ? "sim" : options.programmer);
+    const Device device = deviceof(job, options);
+    return attended(options.vcd ? wavedsimulated(choice, device, *options.vcd, prgmode)
+                                : simulated(choice, device),
                     consoleoptions(options).onbox);
 }
 

@@ -14,6 +14,7 @@
 #include "host/hosterror.h"
 #include "host/run/devicedata.h"
 #include "host/svf/svftask.h"
+#include "host/wave/waveprogrammer.h"
 
 namespace keld2::host {
 
@@ -48,7 +49,7 @@ class DeviceCommand {
         texts_ = texts();
         const ProgrammerChoice choice = parseprogrammer(orelse(options_.programmer, "sim"));
         if (options_.programmer.empty() || !options_.quiet) console_.say(described(choice));
-        return finish(runwith(simulated(choice, device_)));
+        return finish(runwith(programmerof(choice)));
     }
 
   private:
@@ -99,6 +100,12 @@ class DeviceCommand {
         for (const Operation* step : steps_)
             if (step->name == name) return true;
         return false;
+    }
+
+    ProgrammerFactory programmerof(const ProgrammerChoice& choice) const {
+        if (!options_.vcd) return simulated(choice, device_);
+        return wavedsimulated(choice, device_, *options_.vcd,
+                              static_cast<std::uint8_t>(device_.value("prgmode")));
     }
 
     RunReport runwith(const ProgrammerFactory& makeprogrammer) {

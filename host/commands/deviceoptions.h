@@ -23,7 +23,8 @@ struct DeviceOptions {
     bool quiet = false;
     bool json = false;
     bool force = false;
-    std::optional<bool> explain;  // none: on a terminal
+    std::optional<std::filesystem::path> vcd;  // the run as a waveform
+    std::optional<bool> explain;               // none: on a terminal
 };
 
 // Adds the options to the program; they may stand before and behind the command.

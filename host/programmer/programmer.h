@@ -2,12 +2,15 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "host/catalogue/device.h"
 #include "host/programmer/sessionprogrammer.h"
+#include "sim/chip.h"
 
 namespace keld2::host {
 
@@ -22,8 +25,12 @@ ProgrammerChoice parseprogrammer(const std::string& text);
 // One line that tells the user what the run works on.
 std::string described(const ProgrammerChoice& choice);
 
+// Puts something between the socket and the chip that is in it.
+using Socketing = std::function<std::unique_ptr<sim::Chip>(std::unique_ptr<sim::Chip>)>;
+
 // The simulated programmer with the device's chip in its socket. Throws HostError: 65 when the
 // device's [sim] table or the chip's image cannot be used, 64 for a fault that is not known.
-ProgrammerFactory simulated(const ProgrammerChoice& choice, const Device& device);
+ProgrammerFactory simulated(const ProgrammerChoice& choice, const Device& device,
+                            Socketing socketing = {});
 
 }  // namespace keld2::host

@@ -58,13 +58,15 @@ std::unique_ptr<sim::Chip> chipof(const Device& device, const sim::Faults& fault
 
 class SimulatedProgrammer final : public SessionProgrammer {
   public:
-    SimulatedProgrammer(const ProgrammerChoice& choice, const Device& device, Platform& machine)
+    SimulatedProgrammer(const ProgrammerChoice& choice, const Device& device, Platform& machine,
+                        const Socketing& socketing)
         : machine_(machine) {
         const sim::Faults faults = faultsof(choice);
         sim::SimSetting setting{
             .chip = chipof(device, faults), .faults = faults, .image = {}, .wake = [&machine] {
                 machine.wake();
             }};
+        if (socketing) setting.chip = socketing(std::move(setting.chip));
         if (choice.image) setting.image = sim::ImageFile{*choice.image, device.name};
         try {
             sim_ = std::make_unique<sim::SimProgrammer>(std::move(setting));
@@ -91,10 +93,11 @@ class SimulatedProgrammer final : public SessionProgrammer {
 
 }  // namespace
 
-ProgrammerFactory simulated(const ProgrammerChoice& choice, const Device& device) {
+ProgrammerFactory simulated(const ProgrammerChoice& choice, const Device& device,
+                            Socketing socketing) {
     chipof(device, faultsof(choice));  // what is wrong is found before anything is begun
-    return [choice, device](const ProgrammerSetting& setting) {
-        return std::make_unique<SimulatedProgrammer>(choice, device, setting.machine);
+    return [choice, device, socketing = std::move(socketing)](const ProgrammerSetting& setting) {
+        return std::make_unique<SimulatedProgrammer>(choice, device, setting.machine, socketing);
     };
 }
 

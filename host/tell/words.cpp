@@ -196,7 +196,9 @@ std::string wordsof(const TraceLine& line) {
 }
 
 Step leafof(const TraceLine& line) {
-    return {.words = wordsof(line), .first = line.number, .last = line.number};
+    return {.words = line.text.empty() ? std::string() : wordsof(line),
+            .first = line.number,
+            .last = line.number};
 }
 
 std::string hexwords(std::uint64_t value, int digits) {

@@ -14,7 +14,7 @@ namespace keld2::host {
 std::string wordsof(const TraceLine& line);
 // What a frame to the programmer asks for.
 std::string framewords(std::span<const std::uint8_t> frame);
-// The line as a step without parts.
+// The line as a step without parts; without words where the line has no text.
 Step leafof(const TraceLine& line);
 
 // "0x00FF", with that many digits at least.
