@@ -1,21 +1,17 @@
 #include "sim/chipimage.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <array>
-#include <cerrno>
 #include <cstdint>
-#include <cstdlib>
-#include <cstring>
 #include <fstream>
 #include <iterator>
 #include <string_view>
+#include <system_error>
 #include <utility>
 #include <vector>
 
 #include "platform/fault.h"
+#include "sim/replacefile.h"
 
 namespace keld2::sim {
 
@@ -112,52 +108,6 @@ void checkdata(const std::filesystem::path& file, std::span<const std::uint8_t> 
     }
 }
 
-// A file that is written, synced and closed, or gone.
-class TemporaryFile {
-  public:
-    explicit TemporaryFile(const std::filesystem::path& wanted)
-        : path_(wanted.string() + ".XXXXXX"), descriptor_(mkstemp(path_.data())) {
-        if (descriptor_ < 0) fail("cannot be written beside", wanted);
-    }
-    ~TemporaryFile() {
-        if (descriptor_ >= 0) close(descriptor_);
-        if (!path_.empty()) unlink(path_.c_str());
-    }
-    TemporaryFile(const TemporaryFile&) = delete;
-    TemporaryFile& operator=(const TemporaryFile&) = delete;
-
-    void write(std::string_view bytes) {
-        while (!bytes.empty()) {
-            const ssize_t n = ::write(descriptor_, bytes.data(), bytes.size());
-            if (n < 0 && errno == EINTR) continue;
-            if (n <= 0) fail("cannot be written", path_);
-            bytes.remove_prefix(static_cast<std::size_t>(n));
-        }
-    }
-    void takeplaceof(const std::filesystem::path& wanted) {
-        if (fsync(descriptor_) != 0 || rename(path_.c_str(), wanted.c_str()) != 0)
-            fail("cannot be replaced", wanted);
-        path_.clear();
-    }
-
-  private:
-    [[noreturn]] static void fail(const char* what, const std::filesystem::path& file) {
-        refuse(file, std::string(what) + ": " + std::strerror(errno));
-    }
-
-    std::string path_;
-    int descriptor_;
-};
-
-// Makes the new name of a file in its folder last.
-void syncfolder(const std::filesystem::path& file) {
-    const std::filesystem::path folder = file.has_parent_path() ? file.parent_path() : ".";
-    const int descriptor = open(folder.c_str(), O_RDONLY | O_DIRECTORY);
-    if (descriptor < 0) return;
-    fsync(descriptor);
-    close(descriptor);
-}
-
 }  // namespace
 
 bool loadimage(const std::filesystem::path& file, const std::string& device,
@@ -188,10 +138,11 @@ void saveimage(const std::filesystem::path& file, const std::string& device,
     text += std::string(lastline) + "\n";
     for (const StateSection& section : sections)
         text.append(reinterpret_cast<const char*>(section.bytes.data()), section.bytes.size());
-    TemporaryFile temporary(file);
-    temporary.write(text);
-    temporary.takeplaceof(file);
-    syncfolder(file);
+    try {
+        replacefile(file, text);
+    } catch (const std::system_error& error) {
+        refuse(file, "cannot be written: " + error.code().message());
+    }
 }
 
 }  // namespace keld2::sim

@@ -1,11 +1,9 @@
 #include "host/arm/armdevice.h"
 
-#include <unistd.h>
-
 #include <algorithm>
 
 #include "host/hosterror.h"
-#include "platform/posix/posixplatform.h"
+#include "host/os/machine.h"
 #include "plugin/dispatch.h"
 
 namespace keld2::host {
@@ -103,8 +101,8 @@ RunFile algorithmfile(const Device& device, const std::vector<const Operation*>&
 }
 
 RunFile algorithmfile(const Device& device, const std::vector<const Operation*>& autosteps) {
-    PosixPlatform machine({.scope = "keld2-algo-" + std::to_string(getpid()) + "-"});
-    SharedVariables variables(machine.memory(), machine.strings());
+    const auto machine = os::makemachine();
+    SharedVariables variables(machine->memory(), machine->strings());
     variables.maprows(0, {});
     for (const SharedSetting& setting : device.shared) apply(setting, variables);
     return algorithmfile(device, autosteps, variables);

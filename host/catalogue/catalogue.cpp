@@ -7,6 +7,7 @@
 
 #include "host/catalogue/nearest.h"
 #include "host/hosterror.h"
+#include "host/os/process.h"
 
 namespace keld2::host {
 
@@ -18,10 +19,12 @@ fs::path standardfolder() {
     if (const char* named = std::getenv("KELD2_DEVICES"); named != nullptr && *named != 0)
         return named;
     std::error_code error;
-    const fs::path program = fs::read_symlink("/proc/self/exe", error);
-    const fs::path installed = program.parent_path() / KELD2_DATA_FROM_PROGRAM / "devices";
-    return fs::is_directory(installed, error) ? installed.lexically_normal()
-                                              : fs::path(KELD2_SOURCE_DEVICES);
+    const fs::path program = os::programfile();
+    const fs::path installed =
+        (program.parent_path() / KELD2_DATA_FROM_PROGRAM / "devices").lexically_normal();
+    const fs::path source = KELD2_SOURCE_DEVICES;
+    const bool fromsource = !fs::is_directory(installed, error) && fs::is_directory(source, error);
+    return fromsource ? source : installed;
 }
 
 std::string lowercase(std::string_view text) {

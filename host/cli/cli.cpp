@@ -21,6 +21,7 @@ int runcli(int argc, const char* const* argv) {
     int status = exitstatus::well;
     CLI::App program("Command-line host of tq5keld2, the device-family plug-in of a programmer");
     program.name("keld2");
+    program.allow_windows_style_options(false);  // a path may begin with /
     program.require_subcommand(1);
     DeviceOptions options;
     adddeviceoptions(program, options);

@@ -8,6 +8,7 @@
 #include "host/commands/attendedprogrammer.h"
 #include "host/hosterror.h"
 #include "host/job/session.h"
+#include "host/programmer/hardware.h"
 #include "host/wave/waveprogrammer.h"
 
 namespace keld2::host {
@@ -41,25 +42,32 @@ Device deviceof(const Job& job, const DeviceOptions& options) {
                                           "the simulated programmer's socket, or --replay FILE");
 }
 
-ProgrammerFactory programmerof(const Job& job, const JobArguments& arguments,
-                               const DeviceOptions& options) {
-    const auto prgmode = static_cast<std::uint8_t>(settingof(job.shared, "prgmode"));
-    if (arguments.replay) {
-        const ProgrammerFactory programmer = replayed(*arguments.replay);
-        return options.vcd ? waved(programmer, *options.vcd, prgmode) : programmer;
-    }
-    const ProgrammerChoice choice =
-        parseprogrammer(options.programmer.empty() ? "sim" : options.programmer);
+ProgrammerFactory simulatedfor(const Job& job, const ProgrammerChoice& choice,
+                               const DeviceOptions& options, std::uint8_t prgmode) {
     const Device device = deviceof(job, options);
-    return attended(options.vcd ? wavedsimulated(choice, device, *options.vcd, prgmode)
-                                : simulated(choice, device),
-                    consoleoptions(options).onbox);
+    return options.vcd ? wavedsimulated(choice, device, *options.vcd, prgmode)
+                       : simulated(choice, device);
+}
+
+ProgrammerFactory programmerof(const Job& job, const ProgrammerChoice& choice,
+                               const JobArguments& arguments, const DeviceOptions& options) {
+    const auto prgmode = static_cast<std::uint8_t>(settingof(job.shared, "prgmode"));
+    const auto watched = [&](const ProgrammerFactory& programmer) {
+        return options.vcd ? waved(programmer, *options.vcd, prgmode) : programmer;
+    };
+    if (arguments.replay) return watched(replayed(*arguments.replay));
+    return attended(
+        choice.simulated ? simulatedfor(job, choice, options, prgmode) : watched(hardware()),
+        consoleoptions(options).onbox);
 }
 
 int runjob(const JobArguments& arguments, const DeviceOptions& options) {
     const Job job = readjob(arguments.job);
     const auto forms = makefrontend(arguments.actions, arguments.formlog);
-    return runsession(job, programmerof(job, arguments, options), arguments.output, forms.get());
+    const ProgrammerChoice choice = parseprogrammer(
+        options.programmer.empty() || arguments.replay ? "sim" : options.programmer);
+    return runsession(job, programmerof(job, choice, arguments, options), arguments.output,
+                      forms.get(), blocksof(choice));
 }
 
 }  // namespace

@@ -40,6 +40,7 @@ class AttendedProgrammer final : public SessionProgrammer {
     std::unique_ptr<UsbTransport> transport(SharedVariables& s) override {
         return inner_->transport(s);
     }
+    std::function<std::unique_ptr<TextHelper>()> helper() override { return inner_->helper(); }
     bool usable() const override { return inner_->usable(); }
     void finish() const override { inner_->finish(); }
 

@@ -1,16 +1,13 @@
 #include "host/commands/boxes.h"
 
-#include <poll.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <array>
 #include <vector>
 
 #include "host/commands/interruptwatch.h"
+#include "host/os/terminal.h"
 #include "host/text/boxtext.h"
 #include "platform/numbers.h"
-#include "platform/posix/posixplatform.h"
 
 namespace keld2::host {
 
@@ -29,26 +26,6 @@ std::vector<BoxAnswer> answersof(BoxButtons buttons) {
     }
 }
 
-// Waits until standard input has something; false when an interrupt has come, also one that came
-// just before.
-bool waitforinput() {
-    constexpr int period = 50;  // ms
-    pollfd input{STDIN_FILENO, POLLIN, 0};
-    while (!InterruptWatch::asked())
-        if (::poll(&input, 1, period) > 0) return true;
-    return false;
-}
-
-// A line from standard input; nullopt at its end and after an interrupt.
-std::optional<std::string> readline() {
-    std::string line;
-    for (char c = 0; waitforinput() && ::read(STDIN_FILENO, &c, 1) == 1;) {
-        if (c == '\n') return line;
-        line += c;
-    }
-    return std::nullopt;
-}
-
 }  // namespace
 
 BoxAnswer TerminalBoxes::answer(const Box& box) {
@@ -56,7 +33,7 @@ BoxAnswer TerminalBoxes::answer(const Box& box) {
     std::replace(text.begin(), text.end(), '\r', '\n');
     std::fprintf(out_, "%s\n%s\n", utf8(box.title).c_str(), text.c_str());
     if (box.buttons == BoxButtons::ok) return BoxAnswer::ok;
-    const bool terminal = ::isatty(STDIN_FILENO) != 0 && ::isatty(STDERR_FILENO) != 0;
+    const bool terminal = os::isterminal(os::Stream::input) && os::isterminal(os::Stream::error);
     return terminal && !preset_ ? ask(box.buttons) : unasked(box.buttons);
 }
 
@@ -68,7 +45,7 @@ BoxAnswer TerminalBoxes::ask(BoxButtons buttons) {
                          std::string(nameof(one)).c_str());
         std::fputs("? ", out_);
         std::fflush(out_);
-        const auto line = readline();
+        const auto line = os::readline(&InterruptWatch::asked);
         if (!line) return unasked(buttons);
         for (const BoxAnswer one : answers)
             if (!line->empty() && nameof(one).starts_with(*line)) return one;

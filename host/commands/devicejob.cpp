@@ -1,7 +1,5 @@
 #include "host/commands/devicejob.h"
 
-#include <unistd.h>
-
 #include <chrono>
 #include <iostream>
 #include <memory>
@@ -12,6 +10,8 @@
 #include "host/files/files.h"
 #include "host/files/outputfile.h"
 #include "host/hosterror.h"
+#include "host/os/terminal.h"
+#include "host/programmer/hardware.h"
 #include "host/run/devicedata.h"
 #include "host/svf/svftask.h"
 #include "host/wave/waveprogrammer.h"
@@ -49,7 +49,7 @@ class DeviceCommand {
         texts_ = texts();
         const ProgrammerChoice choice = parseprogrammer(orelse(options_.programmer, "sim"));
         if (options_.programmer.empty() || !options_.quiet) console_.say(described(choice));
-        return finish(runwith(programmerof(choice)));
+        return finish(runwith(choice));
     }
 
   private:
@@ -103,19 +103,22 @@ class DeviceCommand {
     }
 
     ProgrammerFactory programmerof(const ProgrammerChoice& choice) const {
-        if (!options_.vcd) return simulated(choice, device_);
-        return wavedsimulated(choice, device_, *options_.vcd,
-                              static_cast<std::uint8_t>(device_.value("prgmode")));
+        if (!options_.vcd) return chosen(choice, device_);
+        const auto prgmode = static_cast<std::uint8_t>(device_.value("prgmode"));
+        return choice.simulated ? wavedsimulated(choice, device_, *options_.vcd, prgmode)
+                                : waved(hardware(), *options_.vcd, prgmode);
     }
 
-    RunReport runwith(const ProgrammerFactory& makeprogrammer) {
+    RunReport runwith(const ProgrammerChoice& choice) {
+        const ProgrammerFactory makeprogrammer = programmerof(choice);
         const InterruptWatch stop;
         const RunRequest request{.device = device_,
                                  .steps = steps_,
                                  .sequence = job_.sequence,
                                  .data = data_ ? data_->parts : std::vector<BufferPart>{},
                                  .language = language_,
-                                 .simulated = true,
+                                 .simulated = choice.simulated,
+                                 .blocks = blocksof(choice),
                                  .texts = texts_};
         const auto start = std::chrono::steady_clock::now();
         RunReport report = runondevice(request, makeprogrammer, console_);
@@ -152,7 +155,7 @@ class DeviceCommand {
         return explanation;
     }
     bool explains() const {
-        return options_.explain.value_or(::isatty(STDOUT_FILENO) != 0) && !options_.json;
+        return options_.explain.value_or(os::isterminal(os::Stream::output)) && !options_.json;
     }
 
     int finish(const RunReport& report) {

@@ -24,7 +24,7 @@ void adddeviceoptions(CLI::App& program, DeviceOptions& options) {
         ->group(group);
     program
         .add_option("-p,--programmer", options.programmer,
-                    "the programmer: sim[:image=FILE][,fault=FAULT]... (default: sim)")
+                    "the programmer: sim[:image=FILE][,fault=FAULT]... or hardware (default: sim)")
         ->group(group);
     program
         .add_option("--format", options.format,

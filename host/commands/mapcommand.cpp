@@ -1,7 +1,5 @@
 #include "host/commands/mapcommand.h"
 
-#include <unistd.h>
-
 #include <iostream>
 #include <memory>
 
@@ -9,6 +7,7 @@
 #include "host/files/outputfile.h"
 #include "host/hosterror.h"
 #include "host/map/fusepicture.h"
+#include "host/os/terminal.h"
 #include "host/run/devicedata.h"
 
 namespace keld2::host {
@@ -69,7 +68,7 @@ void writepicture(const FusePicture& picture, const std::filesystem::path& out, 
 int runmap(const Arguments& arguments, const DeviceOptions& options) {
     const FusePicture picture = pictureof(options, arguments);
     if (arguments.out.empty())
-        std::cout << textof(picture, isatty(STDOUT_FILENO) != 0);
+        std::cout << textof(picture, os::isterminal(os::Stream::output));
     else
         writepicture(picture, arguments.out, options.force);
     if (!options.quiet) {

@@ -1,11 +1,12 @@
 #include "host/commands/progressdisplay.h"
 
-#include <unistd.h>
+#include "host/os/terminal.h"
 
 namespace keld2::host {
 
 std::optional<ProgressStyle> progressstylenamed(std::string_view name) {
-    if (name == "auto") return ::isatty(STDERR_FILENO) ? ProgressStyle::bar : ProgressStyle::lines;
+    if (name == "auto")
+        return os::isterminal(os::Stream::error) ? ProgressStyle::bar : ProgressStyle::lines;
     if (name == "bar") return ProgressStyle::bar;
     if (name == "lines") return ProgressStyle::lines;
     if (name == "none") return ProgressStyle::none;

@@ -1,11 +1,10 @@
 #include "host/forms/formfrontend.h"
 
-#include <unistd.h>
-
 #include <iostream>
 
 #include "host/forms/scriptedform.h"
 #include "host/forms/terminalform.h"
+#include "host/os/terminal.h"
 
 namespace keld2::host {
 
@@ -25,7 +24,7 @@ class NobodyThere final : public FormFrontEnd {
 std::unique_ptr<FormFrontEnd> makefrontend(const std::optional<std::filesystem::path>& actions,
                                            const std::optional<std::filesystem::path>& log) {
     if (actions) return std::make_unique<ScriptedForms>(readformscript(*actions), log, std::cerr);
-    if (isatty(STDIN_FILENO) != 0 && isatty(STDOUT_FILENO) != 0)
+    if (os::isterminal(os::Stream::input) && os::isterminal(os::Stream::output))
         return std::make_unique<TerminalForms>(std::cin, std::cout);
     return std::make_unique<NobodyThere>();
 }

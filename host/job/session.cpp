@@ -1,9 +1,6 @@
 #include "host/job/session.h"
 
-#include <unistd.h>
-
 #include <memory>
-#include <sstream>
 
 #include "host/files/files.h"
 #include "host/hosterror.h"
@@ -14,19 +11,11 @@
 #include "host/trace/tracingdevcore.h"
 #include "host/trace/tracingplatform.h"
 #include "host/trace/tracingtransport.h"
-#include "platform/posix/posixplatform.h"
 #include "plugin/clskeld2.h"
 
 namespace keld2::host {
 
 namespace {
-
-// Names of memory that no other session has, in this process or another.
-std::string scopeof(const void* session) {
-    std::ostringstream scope;
-    scope << "keld2-" << getpid() << "-" << session << "-";
-    return scope.str();
-}
 
 // The machine with the editors that the session's user sees.
 class EditorPlatform final : public PlatformDecorator {
@@ -48,13 +37,13 @@ class EditorPlatform final : public PlatformDecorator {
 class Session {
   public:
     Session(const Job& job, const ProgrammerFactory& makeprogrammer, const SessionOutput& output,
-            FormFrontEnd* forms)
+            FormFrontEnd* forms, os::Blocks blocks)
         : job_(job),
           output_(output),
-          machine_({.scope = scopeof(this), .folder = job.folder}),
-          host_(machine_.memory(), machine_.strings()),
+          machine_(os::makemachine(job.folder, blocks)),
+          host_(machine_->memory(), machine_->strings()),
           programmer_(makeprogrammer(
-              {.job = job_.path, .machine = machine_, .trace = trace_, .host = host_})),
+              {.job = job_.path, .machine = *machine_, .trace = trace_, .host = host_})),
           recording_(programmer_->platform(), recorder_, trace_, host_),
           editors_(recording_, forms),
           tracing_(editors_, trace_, host_) {
@@ -92,7 +81,7 @@ class Session {
     External external() {
         return {.devcore = [this](SharedVariables& s) { return makedevcore(s); },
                 .transport = [this](SharedVariables& s) { return maketransport(s); },
-                .helper = {}};
+                .helper = programmer_->helper()};
     }
 
     std::unique_ptr<DevCore> makedevcore(SharedVariables& s) {
@@ -113,7 +102,7 @@ class Session {
     const SessionOutput& output_;
     TraceLog trace_;
     Recorder recorder_;
-    PosixPlatform machine_;
+    std::unique_ptr<Platform> machine_;
     SharedVariables host_;
     std::unique_ptr<SessionProgrammer> programmer_;
     RecordingPlatform recording_;
@@ -124,8 +113,8 @@ class Session {
 }  // namespace
 
 int runsession(const Job& job, const ProgrammerFactory& makeprogrammer, const SessionOutput& output,
-               FormFrontEnd* forms) {
-    return Session(job, makeprogrammer, output, forms).run();
+               FormFrontEnd* forms, os::Blocks blocks) {
+    return Session(job, makeprogrammer, output, forms, blocks).run();
 }
 
 ProgrammerFactory replayed(std::filesystem::path replay) {

@@ -8,6 +8,7 @@
 
 #include "host/forms/formfrontend.h"
 #include "host/job/jobfile.h"
+#include "host/os/machine.h"
 #include "host/programmer/sessionprogrammer.h"
 
 namespace keld2::host {
@@ -25,7 +26,7 @@ struct SessionOutput {
 // run waits for something that never comes; trace, record and dump are written all the same.
 // forms shows the editors; nullptr: they are cancelled.
 int runsession(const Job& job, const ProgrammerFactory& makeprogrammer, const SessionOutput& output,
-               FormFrontEnd* forms = nullptr);
+               FormFrontEnd* forms = nullptr, os::Blocks blocks = os::Blocks::own);
 
 // A programmer that answers from a replay file.
 ProgrammerFactory replayed(std::filesystem::path replay);

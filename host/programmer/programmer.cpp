@@ -3,12 +3,13 @@
 #include <sstream>
 
 #include "host/hosterror.h"
+#include "host/programmer/hardware.h"
 
 namespace keld2::host {
 
 namespace {
 
-constexpr std::string_view form = "sim[:image=FILE][,fault=FAULT]...";
+constexpr std::string_view form = "sim[:image=FILE][,fault=FAULT]... or hardware";
 
 [[noreturn]] void refuse(const std::string& text, const std::string& wrong) {
     throw HostError(exitstatus::usage,
@@ -18,6 +19,7 @@ constexpr std::string_view form = "sim[:image=FILE][,fault=FAULT]...";
 }  // namespace
 
 ProgrammerChoice parseprogrammer(const std::string& text) {
+    if (text == "hardware") return {.simulated = false, .image = {}, .faults = {}};
     const std::size_t colon = text.find(':');
     if (text.substr(0, colon) != "sim")
         refuse(text, "there is no programmer \"" + text.substr(0, colon) + "\"");
@@ -39,11 +41,20 @@ ProgrammerChoice parseprogrammer(const std::string& text) {
 }
 
 std::string described(const ProgrammerChoice& choice) {
+    if (!choice.simulated) return "the programmer itself";
     std::string text = "simulated programmer, ";
     text += choice.image ? "the chip is kept in " + choice.image->string()
                          : "a fresh chip that is not kept (-p sim:image=FILE keeps it)";
     for (const std::string& fault : choice.faults) text += ", fault " + fault;
     return text;
+}
+
+os::Blocks blocksof(const ProgrammerChoice& choice) {
+    return choice.simulated ? os::Blocks::own : os::Blocks::shared;
+}
+
+ProgrammerFactory chosen(const ProgrammerChoice& choice, const Device& device) {
+    return choice.simulated ? simulated(choice, device) : hardware();
 }
 
 }  // namespace keld2::host

@@ -9,13 +9,15 @@
 #include <vector>
 
 #include "host/catalogue/device.h"
+#include "host/os/machine.h"
 #include "host/programmer/sessionprogrammer.h"
 #include "sim/chip.h"
 
 namespace keld2::host {
 
-// sim[:image=FILE][,fault=FAULT]...
+// sim[:image=FILE][,fault=FAULT]... or hardware
 struct ProgrammerChoice {
+    bool simulated = true;
     std::optional<std::filesystem::path> image;  // keeps the state of the simulated chip
     std::vector<std::string> faults;
 };
@@ -24,6 +26,13 @@ struct ProgrammerChoice {
 ProgrammerChoice parseprogrammer(const std::string& text);
 // One line that tells the user what the run works on.
 std::string described(const ProgrammerChoice& choice);
+
+// How the blocks of a run on it are known.
+os::Blocks blocksof(const ProgrammerChoice& choice);
+
+// The programmer with the device's chip in its socket. Throws HostError as hardware() and
+// simulated() do.
+ProgrammerFactory chosen(const ProgrammerChoice& choice, const Device& device);
 
 // Puts something between the socket and the chip that is in it.
 using Socketing = std::function<std::unique_ptr<sim::Chip>(std::unique_ptr<sim::Chip>)>;

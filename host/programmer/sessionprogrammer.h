@@ -5,6 +5,7 @@
 #include <functional>
 #include <memory>
 
+#include "external/datstr.h"
 #include "external/devcore.h"
 #include "external/usbtransport.h"
 #include "host/trace/tracelog.h"
@@ -22,6 +23,9 @@ class SessionProgrammer {
     // The components beside the plug-in; s are the plug-in's own views.
     virtual std::unique_ptr<DevCore> devcore(SharedVariables& s) = 0;
     virtual std::unique_ptr<UsbTransport> transport(SharedVariables& s) = 0;
+
+    // Makes the helper for texts; empty: the plain one.
+    virtual std::function<std::unique_ptr<TextHelper>()> helper() { return {}; }
 
     // Whether further calls make sense.
     virtual bool usable() const { return true; }

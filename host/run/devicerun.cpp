@@ -70,7 +70,8 @@ class DeviceRun {
     DeviceRun(const RunRequest& request, const ProgrammerFactory& makeprogrammer,
               RunListener& listener)
         : request_(request),
-          platform_(listener),
+          machine_(os::makemachine(".", request.blocks)),
+          platform_(*machine_, listener),
           programmer_(makeprogrammer({.job = request.device.path,
                                       .machine = platform_,
                                       .trace = trace_,
@@ -155,7 +156,8 @@ class DeviceRun {
                 .transport = [this](SharedVariables& views) -> std::unique_ptr<UsbTransport> {
                     return std::make_unique<KeptTransport>(programmer_->transport(views),
                                                            readbacks_);
-                }};
+                },
+                .helper = programmer_->helper()};
     }
 
     RunReport::Outcome outcome() {
@@ -214,6 +216,7 @@ class DeviceRun {
     Signs signs_;
     TraceLog trace_;  // the programmer counts by it; nothing is written
     ReadBackKeeper readbacks_;
+    std::unique_ptr<Platform> machine_;
     RunPlatform platform_;
     std::unique_ptr<SessionProgrammer> programmer_;
 };

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "host/catalogue/device.h"
+#include "host/os/machine.h"
 #include "host/programmer/sessionprogrammer.h"
 #include "host/run/readbacks.h"
 #include "platform/platform.h"
@@ -26,6 +27,7 @@ struct RunRequest {
     std::int32_t language = 0;     // offset of the language block
     // Whether an ARM device finds a simulated algorithm image where the run's folder has none.
     bool simulated = false;
+    os::Blocks blocks = os::Blocks::own;
     std::vector<std::string> texts = {};  // pldtmp.svf of each step, where the device plays texts
 };
 

@@ -1,12 +1,10 @@
 #include "host/run/editrun.h"
 
-#include <unistd.h>
-
 #include <algorithm>
-#include <atomic>
 
+#include "host/os/machine.h"
 #include "host/run/hosttexts.h"
-#include "platform/posix/posixplatform.h"
+#include "platform/platformdecorator.h"
 #include "plugin/clskeld2.h"
 
 namespace keld2::host {
@@ -17,11 +15,21 @@ constexpr std::int16_t instance = 0;
 constexpr std::uint8_t blankbyte = 255;
 constexpr std::uint8_t blankfuse = '1';
 
-// Blocks with names of their own, so that any number of hosts work side by side.
-std::string ownscope() {
-    static std::atomic<int> count{0};
-    return "keld2-run-" + std::to_string(getpid()) + "-edit" + std::to_string(count++) + "-";
-}
+// The machine with the editor that the user sees.
+class EditMachine final : public PlatformDecorator {
+  public:
+    EditMachine(Platform& inner, FormFrontEnd& front) : PlatformDecorator(inner), front_(front) {}
+
+    void showform(Form& form) override {
+        front_.show(form);
+        accepted_ = form.accepted();
+    }
+    bool accepted() const { return accepted_; }
+
+  private:
+    FormFrontEnd& front_;
+    bool accepted_ = false;
+};
 
 }  // namespace
 
@@ -40,13 +48,8 @@ std::vector<std::uint8_t> blankbuffer(const Device& device) {
 std::optional<std::vector<std::uint8_t>> editbuffer(const Device& device, Editor editor,
                                                     std::vector<std::uint8_t> buffer,
                                                     std::int32_t language, FormFrontEnd& front) {
-    bool accepted = false;
-    PosixOptions options{.scope = ownscope()};
-    options.showform = [&](Form& form) {
-        front.show(form);
-        accepted = form.accepted();
-    };
-    PosixPlatform platform(options);
+    const auto machine = os::makemachine();
+    EditMachine platform(*machine, front);
     SharedVariables s(platform.memory(), platform.strings());
     s.maprows(instance, {});
     for (const SharedSetting& setting : device.shared) apply(setting, s);
@@ -59,7 +62,7 @@ std::optional<std::vector<std::uint8_t>> editbuffer(const Device& device, Editor
     plugin.bufcomkeld2(instance);
     editor == Editor::config ? plugin.editfigkeld2() : plugin.usercode();
     front.check();
-    if (!accepted) return std::nullopt;
+    if (!platform.accepted()) return std::nullopt;
     std::copy_n(s.ibuffer.data(), count, buffer.begin());
     return buffer;
 }

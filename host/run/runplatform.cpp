@@ -1,21 +1,11 @@
 #include "host/run/runplatform.h"
 
-#include <unistd.h>
-
 #include <algorithm>
-#include <atomic>
 
 #include "host/hosterror.h"
 #include "platform/numbers.h"
 
 namespace keld2::host {
-
-// Blocks that a killed host has left behind go first.
-std::string RunPlatform::ownscope() {
-    static std::atomic<int> count{0};
-    removeleftovers("keld2-run-");
-    return "keld2-run-" + std::to_string(getpid()) + "-" + std::to_string(count++) + "-";
-}
 
 // A stop is written at every service as long as the run goes on: some procedures clear the result
 // cell before they wait.
@@ -25,7 +15,7 @@ void RunPlatform::service() {
         result.release(0, exitstatus::stopped);
     percent_ = variables_.prgmode[1];  // here: an ARM run clears it at its end
     look();
-    PosixPlatform::service();
+    inner().service();
 }
 
 FileContent RunPlatform::readfile(std::span<const std::u16string> parts) {
@@ -45,7 +35,7 @@ FileContent RunPlatform::providedfile(std::span<const std::u16string> parts) {
         files_, [parts](const RunFile& one) { return std::ranges::equal(one.parts, parts); });
     if (file != files_.end() && file->overriding)
         return {.status = FileContent::Status::read, .bytes = file->bytes};
-    FileContent content = PosixPlatform::readfile(parts);
+    FileContent content = inner().readfile(parts);
     if (content.status == FileContent::Status::missing && file != files_.end())
         return {.status = FileContent::Status::read, .bytes = file->bytes};
     return content;

@@ -3,22 +3,23 @@
 
 #include <functional>
 
+#include "host/os/machine.h"
 #include "host/run/devicerun.h"
 #include "host/run/logfollower.h"
 #include "host/run/runfile.h"
-#include "platform/posix/posixplatform.h"
+#include "platform/platformdecorator.h"
 
 namespace keld2::host {
 
-// Its blocks have names of their own, so that any number of hosts work side by side.
-class RunPlatform final : public PosixPlatform {
+class RunPlatform final : public PlatformDecorator {
   public:
-    explicit RunPlatform(RunListener& listener)
-        : PosixPlatform({.scope = ownscope()}),
+    // Both references outlive it.
+    RunPlatform(Platform& machine, RunListener& listener)
+        : PlatformDecorator(machine),
           listener_(listener),
-          variables_(memory(), PosixPlatform::strings()),
+          variables_(machine.memory(), machine.strings()),
           log_(variables_, [this](const std::string& line) { take(line); }),
-          strings_(PosixPlatform::strings(), [this] { log_.poll(); }) {}
+          strings_(machine.strings(), [this] { log_.poll(); }) {}
 
     SharedStrings& strings() override { return strings_; }
     void service() override;
@@ -44,7 +45,6 @@ class RunPlatform final : public PosixPlatform {
     bool boxanswered() const { return boxanswered_; }
 
   private:
-    static std::string ownscope();
     void take(const std::string& line);
     FileContent nexttext();
     FileContent providedfile(std::span<const std::u16string> parts);

@@ -178,6 +178,7 @@ class WaveProgrammer final : public SessionProgrammer {
         if (!shadow_) return transport;
         return std::make_unique<ShadowedTransport>(std::move(transport), shadow_->transport());
     }
+    std::function<std::unique_ptr<TextHelper>()> helper() override { return inner_->helper(); }
     bool usable() const override { return inner_->usable(); }
     void finish() const override {
         wave_->finish();

@@ -54,6 +54,9 @@ enum class BoxButtons { ok, okcancel, abortretryignore };
 enum class BoxIcon { none, information, question, exclamation };
 enum class BoxAnswer { ok, cancel, abort, retry, ignore };
 
+// The answer that starts nothing.
+BoxAnswer safeanswer(BoxButtons buttons);
+
 struct Box {
     BoxButtons buttons = BoxButtons::ok;
     BoxIcon icon = BoxIcon::none;

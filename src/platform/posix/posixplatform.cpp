@@ -54,17 +54,6 @@ std::filesystem::path entryof(const std::filesystem::path& folder, const std::st
 
 }  // namespace
 
-BoxAnswer safeanswer(BoxButtons buttons) {
-    switch (buttons) {
-        case BoxButtons::okcancel:
-            return BoxAnswer::cancel;
-        case BoxButtons::abortretryignore:
-            return BoxAnswer::abort;
-        default:
-            return BoxAnswer::ok;
-    }
-}
-
 PosixPlatform::PosixPlatform(PosixOptions options)
     : options_(std::move(options)), memory_(options_.scope) {}
 

@@ -24,9 +24,6 @@ struct PosixOptions {
     std::function<void(std::string_view, const WindowChange&)> window = {};
 };
 
-// The answer that starts nothing.
-BoxAnswer safeanswer(BoxButtons buttons);
-
 // service() waits a millisecond at the most while something goes on, and up to 8 when it has found
 // nothing to do for a while and no timer is due before. wake() and post() may be called from any
 // thread and end the wait; all else belongs to one thread.

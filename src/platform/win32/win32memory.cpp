@@ -13,13 +13,15 @@ HANDLE native(MemoryHandle handle) { return reinterpret_cast<HANDLE>(handle); }
 }  // namespace
 
 MemoryHandle Win32Memory::open(const std::string& name) {
-    return reinterpret_cast<MemoryHandle>(OpenFileMappingA(fullaccess, FALSE, name.c_str()));
+    return reinterpret_cast<MemoryHandle>(
+        OpenFileMappingA(fullaccess, FALSE, (scope_ + name).c_str()));
 }
 
 MemoryHandle Win32Memory::create(const std::string& name, std::int32_t size) {
     if (size <= 0) return 0;
-    return reinterpret_cast<MemoryHandle>(CreateFileMappingA(
-        INVALID_HANDLE_VALUE, nullptr, PAGE_READWRITE, 0, static_cast<DWORD>(size), name.c_str()));
+    return reinterpret_cast<MemoryHandle>(
+        CreateFileMappingA(INVALID_HANDLE_VALUE, nullptr, PAGE_READWRITE, 0,
+                           static_cast<DWORD>(size), (scope_ + name).c_str()));
 }
 
 std::span<std::byte> Win32Memory::mapview(MemoryHandle handle) {

@@ -79,7 +79,10 @@ class OpenFile {
 
 }  // namespace
 
-Win32Platform::Win32Platform() : wakeevent_(CreateEventW(nullptr, FALSE, FALSE, nullptr)) {}
+Win32Platform::Win32Platform(Win32Options options)
+    : folder_(std::move(options.folder)),
+      memory_(std::move(options.scope)),
+      wakeevent_(CreateEventW(nullptr, FALSE, FALSE, nullptr)) {}
 
 Win32Platform::~Win32Platform() { CloseHandle(wakeevent_); }
 
@@ -119,7 +122,7 @@ BoxAnswer Win32Platform::messagebox(const Box& box) {
 FileContent Win32Platform::readfile(std::span<const std::u16string> parts) {
     if (!std::ranges::all_of(parts, plainpart))
         return {.status = FileContent::Status::refused, .bytes = {}};
-    std::wstring path = currentfolder();
+    std::wstring path = folder_.empty() ? currentfolder() : folder_;
     for (const std::u16string& part : parts) path += L"\\" + wide(part);
     const OpenFile file(path);
     return file.opened() ? file.content() : FileContent{};

@@ -8,9 +8,14 @@
 
 namespace keld2 {
 
+struct Win32Options {
+    std::string scope = {};    // of the named memory
+    std::wstring folder = {};  // the run's current folder; empty: the process's own
+};
+
 class Win32Platform : public Platform {
   public:
-    Win32Platform();
+    explicit Win32Platform(Win32Options options = {});
     ~Win32Platform() override;
     Win32Platform(const Win32Platform&) = delete;
     Win32Platform& operator=(const Win32Platform&) = delete;
@@ -31,6 +36,7 @@ class Win32Platform : public Platform {
   private:
     bool servemessages();
 
+    std::wstring folder_;
     Win32Memory memory_;
     Win32Strings strings_;
     TimerList timers_;
