@@ -61,7 +61,7 @@ std::string editedtext(const Device& device, const std::filesystem::path& file, 
                        const std::vector<std::uint8_t>& buffer) {
     if (format == FileFormat::jedec) {
         FuseMap map = loadfusemap(file);
-        const auto code = buffer.begin() + device.value("tlength");
+        const auto code = buffer.begin() + static_cast<std::ptrdiff_t>(device.value("tlength"));
         map.usercode = std::string(code, code + usercodecells);
         return writejedec(map);
     }
@@ -77,7 +77,8 @@ int runedit(const Arguments& arguments, const DeviceOptions& options) {
     const FileFormat format = outputformat(device, arguments.file, fileformat(options));
     std::vector<std::uint8_t> buffer = blankbuffer(device);
     for (const BufferPart& part : data.parts)
-        std::copy(part.bytes.begin(), part.bytes.end(), buffer.begin() + part.offset);
+        std::copy(part.bytes.begin(), part.bytes.end(),
+                  buffer.begin() + static_cast<std::ptrdiff_t>(part.offset));
     const auto front = makefrontend(arguments.actions, arguments.formlog);
     const auto edited =
         editbuffer(device, arguments.editor, buffer, languageoffset(options), *front);

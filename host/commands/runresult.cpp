@@ -44,6 +44,8 @@ std::string_view word(Outcome outcome) {
             return "programmer not ready";
         case Outcome::modefailed:
             return "programmer not set up";
+        case Outcome::incomplete:
+            return "missing component";
         case Outcome::aborted:
             return "aborted";
         case Outcome::notserved:
@@ -102,6 +104,8 @@ std::string summaryof(const RunResult& result) {
             return device + "the programmer is not ready; nothing was done";
         case Outcome::modefailed:
             return device + "the programmer could not be set up; nothing was done";
+        case Outcome::incomplete:
+            return device + "a component of the programmer is missing; nothing was done";
         case Outcome::aborted:
             return device + "aborted before the first operation";
         case Outcome::notserved:

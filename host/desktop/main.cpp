@@ -8,6 +8,7 @@
 
 #include "host/desktop/mainwindow.h"
 #include "host/hosterror.h"
+#include "host/programmer/hardware.h"
 #include "host/programmer/programmer.h"
 
 namespace {
@@ -53,7 +54,8 @@ int main(int argc, char** argv) {
     options.addPositionalArgument("FILE", "A file to open.", "[FILE]");
     options.process(application);
     try {
-        keld2::host::parseprogrammer(options.value("programmer").toStdString());
+        const std::string programmer = options.value("programmer").toStdString();
+        if (!keld2::host::parseprogrammer(programmer).simulated) keld2::host::hardware();
         return runwindow(options, options.value("programmer"));
     } catch (const keld2::host::HostError& error) {
         QMessageBox::critical(nullptr, "keld2", QString::fromUtf8(error.what()));

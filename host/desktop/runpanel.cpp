@@ -34,6 +34,7 @@ constexpr std::array rows{
     OutcomeRow{Outcome::modefailed, "\u2718",
                "did not begin: the programmer could not be set up for this device", bad},
     OutcomeRow{Outcome::aborted, "\u25A0", "was aborted", open},
+    OutcomeRow{Outcome::incomplete, "\u2718", "needs a component that is missing", bad},
     OutcomeRow{Outcome::notserved, "\u2718", "is nothing that can be done with this device", bad},
 };
 

@@ -22,6 +22,7 @@ constexpr std::uint8_t blankfuse = '1';
 struct Signs {
     bool refused = false;     // readyfail was called
     bool modefailed = false;  // the mode for the device could not be set
+    bool incomplete = false;  // a component could not be had
     bool finished = false;    // the end-of-run signal was given
 };
 
@@ -149,20 +150,35 @@ class DeviceRun {
     }
 
     External external() {
-        return {.devcore = [this](SharedVariables& views) -> std::unique_ptr<DevCore> {
-                    return std::make_unique<WatchedDevCore>(programmer_->devcore(views), signs_,
-                                                            platform_);
-                },
-                .transport = [this](SharedVariables& views) -> std::unique_ptr<UsbTransport> {
-                    return std::make_unique<KeptTransport>(programmer_->transport(views),
-                                                           readbacks_);
-                },
-                .helper = programmer_->helper()};
+        External external{
+            .devcore = [this](SharedVariables& views) -> std::unique_ptr<DevCore> {
+                return std::make_unique<WatchedDevCore>(
+                    obtained([&] { return programmer_->devcore(views); }), signs_, platform_);
+            },
+            .transport = [this](SharedVariables& views) -> std::unique_ptr<UsbTransport> {
+                return std::make_unique<KeptTransport>(
+                    obtained([&] { return programmer_->transport(views); }), readbacks_);
+            }};
+        if (const auto helper = programmer_->helper())
+            external.helper = [this, helper] { return obtained(helper); };
+        return external;
+    }
+
+    // A component, or the sign that it is missing.
+    template <typename Make>
+    auto obtained(const Make& make) {
+        try {
+            return make();
+        } catch (const ComponentMissing&) {
+            signs_.incomplete = true;
+            throw;
+        }
     }
 
     RunReport::Outcome outcome() {
         using Outcome = RunReport::Outcome;
         if (signs_.refused) return Outcome::refused;
+        if (signs_.incomplete) return Outcome::incomplete;
         switch (s().prgresult.acquire(0)) {
             case exitstatus::stopped:
                 return Outcome::stopped;
@@ -231,6 +247,7 @@ int exitstatusof(RunReport::Outcome outcome) {
         case Outcome::stopped:
             return exitstatus::stopped;
         case Outcome::timedout:
+        case Outcome::incomplete:
             return exitstatus::timedout;
         case Outcome::badalgorithm:
             return exitstatus::badalgorithm;

@@ -51,6 +51,7 @@ struct RunReport {
         badalgorithm,
         refused,     // the programmer was not ready
         modefailed,  // it could not be set up for the device
+        incomplete,  // a component that drives the programmer is missing; a box has named it
         aborted,     // a box was answered so that the run ended before its first operation
         notserved    // the plug-in has nothing for the device
     };

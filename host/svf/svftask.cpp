@@ -170,7 +170,8 @@ std::vector<std::uint8_t> cellsfrom(const std::optional<DeviceData>& data) {
     for (const BufferPart& part : data->parts) {
         const auto end = static_cast<std::size_t>(part.offset) + part.bytes.size();
         if (cells.size() < end) cells.resize(end, '1');
-        std::copy(part.bytes.begin(), part.bytes.end(), cells.begin() + part.offset);
+        std::copy(part.bytes.begin(), part.bytes.end(),
+                  cells.begin() + static_cast<std::ptrdiff_t>(part.offset));
     }
     return cells;
 }

@@ -96,10 +96,16 @@ TEST_F(Refusals, OfTheCommandLineItself) {
          "there is no device \"serial-3k\"; nearest: serial-2k, serial-4k"},
         {{"-d", "serial-2k", "-p", "usb", "erase"},
          64,
-         "-p usb: there is no programmer \"usb\", expected sim[:image=FILE][,fault=FAULT]..."},
+         "-p usb: there is no programmer \"usb\", expected sim[:image=FILE][,fault=FAULT]... or "
+         "hardware"},
         {{"-d", "serial-2k", "-p", "sim:speed=2", "erase"},
          64,
-         "-p sim:speed=2: \"speed=2\" is no setting, expected sim[:image=FILE][,fault=FAULT]..."},
+         "-p sim:speed=2: \"speed=2\" is no setting, expected sim[:image=FILE][,fault=FAULT]... or "
+         "hardware"},
+        {{"-q", "-d", "serial-2k", "-p", "hardware", "erase"},
+         64,
+         "-p hardware: the components that drive the programmer are libraries of Windows, expected "
+         "keld2.exe on the machine that has them, or -p sim here"},
     };
     for (const RefusalCase& c : cases) {
         const ProgramResult result = runprogram(c.arguments);
