@@ -1,6 +1,7 @@
 #include "host/run/devicerun.h"
 
 #include <algorithm>
+#include <type_traits>
 
 #include "host/arm/armdevice.h"
 #include "host/hosterror.h"
@@ -166,7 +167,7 @@ class DeviceRun {
 
     // A component, or the sign that it is missing.
     template <typename Make>
-    auto obtained(const Make& make) {
+    std::invoke_result_t<const Make&> obtained(const Make& make) {
         try {
             return make();
         } catch (const ComponentMissing&) {
