@@ -11,6 +11,9 @@ foreach(room external platform platform/posix shared plugin plugin/texts)
   install(FILES ${headers} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/tq5keld2/${room})
 endforeach()
 
+install(FILES ${CMAKE_SOURCE_DIR}/src/capi/keld2.h
+  DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/tq5keld2)
+
 set(package ${CMAKE_INSTALL_LIBDIR}/cmake/tq5keld2)
 install(EXPORT tq5keld2Targets NAMESPACE tq5keld2:: DESTINATION ${package})
 configure_package_config_file(${CMAKE_SOURCE_DIR}/cmake/tq5keld2Config.cmake.in

@@ -25,6 +25,8 @@ ALLOWED = {
     "external/win32": {"external", "shared", "platform", "platform/win32"},
     "plugin": RUN | {"run", "mpu", "jtag", "families", "arm", "editors"},
     "plugin/com": RUN | {"plugin", "run", "platform/win32", "external/win32"},
+    # a host for other languages, within the library
+    "capi": {"plugin", "external", "shared", "platform", "platform/posix"},
     "sim": {"external", "shared", "platform"},
     # the public headers of the plug-in, and the machine that a host hands in
     "host": {"plugin", "texts", "external", "shared", "platform", "platform/posix",

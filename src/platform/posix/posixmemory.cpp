@@ -166,6 +166,11 @@ void PosixMemory::close(MemoryHandle handle) {
     objects_.erase(object);
 }
 
+std::string uniquescope(const void* user) {
+    return "keld2-" + std::to_string(getpid()) + "-" +
+           std::to_string(reinterpret_cast<std::uintptr_t>(user)) + "-";
+}
+
 int removeleftovers(const std::string& prefix) {
     if (prefix.empty()) return 0;
     int removed = 0;

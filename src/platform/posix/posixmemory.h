@@ -37,6 +37,9 @@ class PosixMemory final : public NamedMemory {
     std::map<MemoryHandle, std::string> objects_;  // by handle: descriptor + 1
 };
 
+// A scope that no other user has, in this process or another, as long as user lives.
+std::string uniquescope(const void* user);
+
 // Removes the blocks of dead processes whose names begin with prefix: a scope, or "quelta" where
 // there is none. An empty prefix removes nothing. Answers how many blocks it found left over.
 int removeleftovers(const std::string& prefix);
