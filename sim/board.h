@@ -11,8 +11,10 @@
 
 namespace keld2::sim {
 
-// What the pin driver's steps take, in ns.
+// What the steps of the pin driver and of the cable take, in ns.
 namespace steptime {
+inline constexpr std::uint64_t frame = 125 * microsecond;
+inline constexpr std::uint64_t bulkbyte = 25;
 inline constexpr std::uint64_t registeraccess = 250;
 inline constexpr std::uint64_t buscycle = 250;
 inline constexpr std::uint64_t tckpulse = 2 * registeraccess;

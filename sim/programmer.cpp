@@ -21,9 +21,7 @@ constexpr std::uint8_t fastblock = 11;
 constexpr std::uint8_t listmode = 13;
 }  // namespace framekind
 
-constexpr std::uint64_t frametime = 125 * microsecond;
-constexpr std::uint64_t bulkbytetime = 25;  // ns
-constexpr std::size_t recordplace = 4;      // of the parameter record in a frame
+constexpr std::size_t recordplace = 4;  // of the parameter record in a frame
 
 std::vector<std::uint8_t> contents(Chip& chip) {
     std::vector<std::uint8_t> all;
@@ -100,7 +98,7 @@ void SimProgrammer::writeregister(std::int32_t value, std::uint8_t reg) {
 // --- frames and transfers ------------------------------------------------------------------------
 
 int SimProgrammer::frame(std::span<const std::uint8_t> frame) {
-    board_.pass(frametime);
+    board_.pass(steptime::frame);
     if (frame.empty()) return 1;
     if (anypart([&](FirmwarePart& part) { return part.frame(frame); })) return 0;
     switch (frame[0]) {
@@ -169,7 +167,7 @@ void SimProgrammer::bulkread(std::span<std::uint8_t> target, std::uint8_t* cell)
 
 // The bytes of a bulk read: data, and one end byte of 0.
 BulkState SimProgrammer::collect(std::span<std::uint8_t> data) {
-    board_.pass(data.size() * bulkbytetime);
+    board_.pass(data.size() * steptime::bulkbyte);
     if (anypart([&](FirmwarePart& part) { return part.bulkread(data); })) return BulkState::done;
     if (!requested_ || data.empty()) return BulkState::failed;
     const std::vector<std::uint8_t> block = readback_.next(data.size() - 1);
@@ -181,13 +179,13 @@ BulkState SimProgrammer::collect(std::span<std::uint8_t> data) {
 }
 
 int SimProgrammer::bulkwrite(std::span<const std::uint8_t> source) {
-    board_.pass(source.size() * bulkbytetime);
+    board_.pass(source.size() * steptime::bulkbyte);
     if (faults_.sendfail.strikes()) return 1;
     return anypart([&](FirmwarePart& part) { return part.bulkwrite(source); }) ? 0 : 1;
 }
 
 bool SimProgrammer::transferwait(std::uint8_t count, std::span<std::uint8_t> ibuf1) {
-    board_.pass(frametime);
+    board_.pass(steptime::frame);
     if (faults_.transferfail.strikes()) return false;
     std::optional<bool> answer;
     anypart([&](FirmwarePart& part) {

@@ -2,12 +2,14 @@
 
 #include <algorithm>
 #include <array>
+#include <iostream>
 #include <memory>
 
 #include "host/catalogue/catalogue.h"
 #include "host/commands/attendedprogrammer.h"
 #include "host/hosterror.h"
 #include "host/job/session.h"
+#include "host/profile/profile.h"
 #include "host/programmer/hardware.h"
 #include "host/wave/waveprogrammer.h"
 
@@ -20,6 +22,7 @@ struct JobArguments {
     std::optional<std::filesystem::path> replay;
     SessionOutput output;
     std::optional<std::filesystem::path> actions, formlog;  // of the editors
+    bool profile = false;
 };
 
 // The chip is the one that the job's numbers and supply pins are meant for.
@@ -66,8 +69,15 @@ int runjob(const JobArguments& arguments, const DeviceOptions& options) {
     const auto forms = makefrontend(arguments.actions, arguments.formlog);
     const ProgrammerChoice choice = parseprogrammer(
         options.programmer.empty() || arguments.replay ? "sim" : options.programmer);
-    return runsession(job, programmerof(job, choice, arguments, options), arguments.output,
-                      forms.get(), blocksof(choice));
+    ProgrammerFactory programmer = programmerof(job, choice, arguments, options);
+    Profile profile;
+    if (arguments.profile) programmer = profiled(std::move(programmer), profile);
+    const int status = runsession(job, programmer, arguments.output, forms.get(), blocksof(choice));
+    if (arguments.profile && options.json)
+        std::cout << profilejson(profile) << std::endl;
+    else if (arguments.profile)
+        std::cerr << profiletable(profile);
+    return status;
 }
 
 }  // namespace
@@ -86,6 +96,8 @@ void addjobcommand(CLI::App& program, const DeviceOptions& options, int& status)
         ->delimiter(',')
         ->allow_extra_args(false);
     command->add_option("--dump", output.dump, "writes the results as JSON");
+    command->add_flag("--profile", arguments->profile,
+                      "tells where the run's time goes; with --json as JSON on standard output");
     CLI::Option* actions = command->add_option("--form", arguments->actions,
                                                "answers the editors, one JSON action a line");
     command->add_option("--form-log", arguments->formlog, "writes what the editors show as JSON")
