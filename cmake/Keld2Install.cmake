@@ -23,7 +23,5 @@ write_basic_package_version_file(${CMAKE_BINARY_DIR}/tq5keld2ConfigVersion.cmake
 install(FILES ${CMAKE_BINARY_DIR}/tq5keld2Config.cmake ${CMAKE_BINARY_DIR}/tq5keld2ConfigVersion.cmake
   DESTINATION ${package})
 
-file(GLOB devices CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/devices/*.toml)
-install(FILES ${devices} DESTINATION ${CMAKE_INSTALL_DATADIR}/tq5keld2/devices)
-install(FILES ${CMAKE_SOURCE_DIR}/README.md ${CMAKE_SOURCE_DIR}/LICENSE
+install(FILES ${CMAKE_SOURCE_DIR}/README.md ${CMAKE_SOURCE_DIR}/CHANGELOG.md
   DESTINATION ${CMAKE_INSTALL_DOCDIR})
