@@ -20,7 +20,7 @@ constexpr std::uint8_t read = 0, erase = 0x20, program = 0x40, check = 0xC0, res
 
 bool low(int control, int strobe) { return (control & strobe) == 0; }
 
-std::string addresswords(std::int32_t address) {
+std::string addresswords(std::int64_t address) {
     return hexwords(static_cast<std::uint32_t>(address), 6);
 }
 
@@ -39,7 +39,7 @@ void BusCycles::take(const TraceLine& line, const StepSink& done) {
             break;
     }
     const bool pauses = pauseof(line) > 0;
-    if (pauses && kind_ != Kind::none) return cycle_.add(leafof(line));
+    if (pauses && !cycle_.parts.empty()) return cycle_.add(leafof(line));
     if (pauses && !command_.parts.empty()) return command_.add(leafof(line));
     close(done);
     done(leafof(line));
@@ -61,6 +61,8 @@ void BusCycles::bus(const TraceLine& line, const StepSink& done) {
         data_ = static_cast<std::uint8_t>(line.numbers[1]);
         return cycle_.add(leafof(line));
     }
+    if (kind_ == Kind::none && low(control, chipenable))  // what comes is a cycle
+        return cycle_.add(leafof(line));
     if (kind_ == Kind::none) {
         close(done);
         return done(leafof(line));
@@ -155,6 +157,7 @@ void BusCycles::endcommand(const StepSink& done) {
 void BusCycles::close(const StepSink& done) {
     endcycle(done);
     endcommand(done);
+    for (Step& part : std::exchange(cycle_, {}).parts) done(std::move(part));
 }
 
 }  // namespace keld2::host

@@ -31,13 +31,13 @@ class BusCycles final : public Grouper {
 
     Kind kind_ = Kind::none;  // of the cycle at hand
     Step cycle_;
-    std::int32_t address_ = 0;
+    std::int64_t address_ = 0;
     std::uint8_t data_ = 0;
     int read_ = -1;  // what the cycle has read; -1 nothing that is known
 
     Step command_;  // cycles that belong together
     Kind commandkind_ = Kind::none;
-    std::int32_t firstaddress_ = 0, lastaddress_ = 0;
+    std::int64_t firstaddress_ = 0, lastaddress_ = 0;
     std::vector<std::uint8_t> bytes_;  // sent, or read where known
 };
 

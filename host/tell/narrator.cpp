@@ -215,7 +215,7 @@ void Narrator::endrepeated() {
     if (count > 1 && call != Call::transferwait)
         step.words = std::to_string(count) + " checks, " + firstwords_ + " to " + lastplace_ +
                      (wrong > 0 ? "; " + std::to_string(wrong) + " ended with 1" : "; all well");
-    if (count == 1) step.parts.clear();
+    if (step.parts.size() == 1) step.parts.clear();
     narration_.step(std::move(step));
 }
 

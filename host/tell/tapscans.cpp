@@ -65,6 +65,7 @@ void TapScans::write(const TraceLine& line, const StepSink& done) {
 
 void TapScans::shiftcode(const TraceLine& line, const StepSink& done) {
     const int code = line.numbers[1];
+    codeline_ = line.number;
     pending_.push_back(leafof(line));
     pending_.back().words =
         drives(code)
@@ -184,6 +185,7 @@ std::string TapScans::wordsof(const Stretch& s) {
 void TapScans::endstretch() {
     if (!std::exchange(open_, false)) return;
     Stretch stretch = std::exchange(stretch_, {});
+    if (stretch.step.parts.empty()) stretch.step.first = stretch.step.last = codeline_;
     stretch.step.words = wordsof(stretch);
     if (stretch.kind != Kind::walk) essence_.push_back(stretch.step.words);
     scan_.add(std::move(stretch.step));

@@ -56,7 +56,9 @@ class TapScans final : public Grouper {
     std::array<std::uint8_t, 256> registers_{};
     std::vector<Step> pending_;  // lines that lead to the next clock
     int sampled_ = -1;           // TDO before the next clock: -2 read, but not known; -1 not read
-    bool open_ = false;          // a stretch is begun
+    std::int64_t codeline_ =
+        0;               // the last shift code, whose clocks may reach into the next stretch
+    bool open_ = false;  // a stretch is begun
     Stretch stretch_;
     Step scan_;
     std::vector<std::string> essence_;  // words for the scan: its shifts and stays

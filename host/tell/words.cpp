@@ -62,7 +62,7 @@ std::string operationname(std::uint8_t operationbyte) {
 std::string stepframe(std::span<const std::uint8_t> f) {
     constexpr std::uint8_t query = 0x1A, code = 0x1D, stop = 0x1E;
     if (f[1] == query) return "firmware query";
-    if (f[1] == code) return "device code, bank " + decimal(f[2]);
+    if (f[1] == code) return "device code" + (f.size() > 2 ? ", bank " + decimal(f[2]) : "");
     if (f[1] == stop && f.size() <= 8) return "stop";
     if (f.size() < 5) return "step of an operation";
     constexpr std::uint8_t mark = 0x80;

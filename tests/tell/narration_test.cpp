@@ -125,6 +125,10 @@ TEST_F(Traces, TellPortsBusesFramesAndRepetitions) {
         for (std::size_t at; (at = text.find("{}")) != text.npos;) text.replace(at, 2, data);
         return text;
     };
+    const auto enabled = [](const std::string& data) {
+        const std::string line = "qbuswrite 1310724 " + data;
+        return line + " 253\nqwaitshort 5\n" + line + " 252\n" + line + " 253\n";
+    };
     const ToldCase cases[] = {
         {"immediate id read",
          mcu + "regwrite 10 6\n" + portbyte(170, "") + portbyte(56, "") + portbyte(255, "") +
@@ -144,6 +148,11 @@ TEST_F(Traces, TellPortsBusesFramesAndRepetitions) {
          "bus: program ab at 0x140004\n"},
         {"data like the check", mcu + write("64") + write("192") + write("192") + "qrun\n", 3,
          "bus: program c0 at 0x140004\n"},
+        {"a page whose cycles begin with the chip enabled",
+         mcu + enabled("64") + enabled("91") +
+             "qbuswrite 1310725 92 253\nqbuswrite 1310725 92 252\n"
+             "qbuswrite 1310725 92 253\nqwaitlong 6\nqrun\n",
+         3, "bus: program 5b5c at 0x140004\n"},
         {"erase", mcu + write("32") + write("32") + "qrun\n", 3, "bus: erase at 0x140004\n"},
         {"reads in a row",
          mcu + "buswrite 16 0 249\nregread 0 -> 1\nbuswrite 16 0 253\nbuswrite 17 0 249\n"
