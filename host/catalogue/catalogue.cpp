@@ -6,6 +6,7 @@
 #include <sstream>
 
 #include "host/catalogue/nearest.h"
+#include "host/files/files.h"
 #include "host/hosterror.h"
 #include "host/os/process.h"
 
@@ -50,7 +51,7 @@ Catalogue::Catalogue(fs::path folder) : folder_(std::move(folder)) {
 }
 
 Device Catalogue::find(const std::string& name) const {
-    if (name.ends_with(".toml")) return readdevice(name);
+    if (name.ends_with(".toml")) return readdevice(filenamed(name));
     if (std::binary_search(names_.begin(), names_.end(), name))
         return readdevice(folder_ / (name + ".toml"));
     std::string message = "there is no device \"" + name + "\"";

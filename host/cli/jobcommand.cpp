@@ -7,6 +7,7 @@
 
 #include "host/catalogue/catalogue.h"
 #include "host/commands/attendedprogrammer.h"
+#include "host/commands/pathoption.h"
 #include "host/hosterror.h"
 #include "host/job/session.h"
 #include "host/profile/profile.h"
@@ -65,7 +66,7 @@ ProgrammerFactory programmerof(const Job& job, const ProgrammerChoice& choice,
 }
 
 int runjob(const JobArguments& arguments, const DeviceOptions& options) {
-    const Job job = readjob(arguments.job);
+    const Job job = readjob(filenamed(arguments.job));
     const auto forms = makefrontend(arguments.actions, arguments.formlog);
     const ProgrammerChoice choice = parseprogrammer(
         options.programmer.empty() || arguments.replay ? "sim" : options.programmer);
@@ -87,20 +88,20 @@ void addjobcommand(CLI::App& program, const DeviceOptions& options, int& status)
     SessionOutput& output = arguments->output;
     CLI::App* command = program.add_subcommand("job", "makes one host session as a job file says");
     command->add_option("JOB.toml", arguments->job, "the job file")->required();
-    command->add_option("--replay", arguments->replay, "answers that stand in for the programmer");
-    command->add_option("--record", output.record, "writes what the programmer answered");
-    command->add_option("--trace", output.trace, "writes every outward effect, one a line");
+    addpath(*command, "--replay", arguments->replay, "answers that stand in for the programmer");
+    addpath(*command, "--record", output.record, "writes what the programmer answered");
+    addpath(*command, "--trace", output.trace, "writes every outward effect, one a line");
     command
         ->add_option("--trace-without", output.tracewithout,
                      "names of lines to leave out of the trace, such as checkbyte")
         ->delimiter(',')
         ->allow_extra_args(false);
-    command->add_option("--dump", output.dump, "writes the results as JSON");
+    addpath(*command, "--dump", output.dump, "writes the results as JSON");
     command->add_flag("--profile", arguments->profile,
                       "tells where the run's time goes; with --json as JSON on standard output");
-    CLI::Option* actions = command->add_option("--form", arguments->actions,
-                                               "answers the editors, one JSON action a line");
-    command->add_option("--form-log", arguments->formlog, "writes what the editors show as JSON")
+    CLI::Option* actions = addpath(*command, "--form", arguments->actions,
+                                   "answers the editors, one JSON action a line");
+    addpath(*command, "--form-log", arguments->formlog, "writes what the editors show as JSON")
         ->needs(actions);
     command->callback([arguments, &options, &status] { status = runjob(*arguments, options); });
 }

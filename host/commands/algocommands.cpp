@@ -5,6 +5,7 @@
 
 #include "host/arm/armdevice.h"
 #include "host/catalogue/catalogue.h"
+#include "host/files/files.h"
 #include "host/files/outputfile.h"
 #include "host/hosterror.h"
 #include "platform/numbers.h"
@@ -21,7 +22,7 @@ struct Arguments {
 // Where a run in the folder looks for the image; its folders are made.
 std::filesystem::path placeof(const RunFile& file, const std::filesystem::path& folder) {
     std::filesystem::path path = folder;
-    for (const std::u16string& part : file.parts) path /= utf8(part);
+    for (const std::u16string& part : file.parts) path /= part;
     std::error_code fault;
     std::filesystem::create_directories(path.parent_path(), fault);
     if (fault)
@@ -37,8 +38,8 @@ int make(const Arguments& arguments, const DeviceOptions& options) {
     const Device device = Catalogue::standard().find(options.device);
     const RunFile file = algorithmfile(device, device.autosteps);
     const std::filesystem::path path = arguments.output.empty()
-                                           ? placeof(file, arguments.folder)
-                                           : std::filesystem::path(arguments.output);
+                                           ? placeof(file, filenamed(arguments.folder))
+                                           : filenamed(arguments.output);
     writeoutput(path, std::string(file.bytes.begin(), file.bytes.end()), options.force);
     if (!options.quiet) std::cout << path.string() << '\n';
     return exitstatus::well;

@@ -43,7 +43,7 @@ class DeviceCommand {
     int run() {
         checksteps();
         if (reads())
-            checkoutput(job_.file, options_.force);
+            checkoutput(filenamed(job_.file), options_.force);
         else
             loadfile();
         texts_ = texts();
@@ -71,7 +71,7 @@ class DeviceCommand {
                 refuseusage(device_.name + " cannot do \"" + std::string(step->name) +
                             "\", expected one of " + device_.operationlist());
         if (job_.sequence) checksequence();
-        if (reads()) format_ = outputformat(device_, job_.file, fileformat(options_));
+        if (reads()) format_ = outputformat(device_, filenamed(job_.file), fileformat(options_));
     }
 
     void checksequence() const {
@@ -85,7 +85,7 @@ class DeviceCommand {
 
     void loadfile() {
         if (job_.file.empty()) return;
-        data_ = loaddata(device_, job_.file, fileformat(options_));
+        data_ = loaddata(device_, filenamed(job_.file), fileformat(options_));
         checkdata(device_, *data_, steps_);
         if (data_->gives("config") && !hasstep("config") && hasstep("program"))
             console_.say(job_.file +
@@ -128,7 +128,7 @@ class DeviceCommand {
 
     // What the plug-in plays in each step, for devices that are worked by SVF texts.
     std::vector<std::string> texts() const {
-        if (!job_.svf.empty()) return {readtext(job_.svf)};
+        if (!job_.svf.empty()) return {readtext(filenamed(job_.svf))};
         if (!playssvf(device_)) return {};
         const LogicDevice logic = logicdevice(device_);
         const std::vector<std::uint8_t> cells = cellsfrom(data_);
@@ -168,7 +168,8 @@ class DeviceCommand {
                          .seconds = seconds_};
         const int status = result.status();
         if (reads() && status == exitstatus::well)
-            writeoutput(job_.file, filetext(device_, report.buffer, format_), options_.force);
+            writeoutput(filenamed(job_.file), filetext(device_, report.buffer, format_),
+                        options_.force);
         if (options_.json)
             std::cout << jsonof(result) << '\n';
         else

@@ -1,5 +1,6 @@
 #include "host/commands/deviceoptions.h"
 
+#include "host/commands/pathoption.h"
 #include "host/hosterror.h"
 #include "host/run/hosttexts.h"
 #include "host/text/boxtext.h"
@@ -39,9 +40,8 @@ void adddeviceoptions(CLI::App& program, DeviceOptions& options) {
         .add_option("--on-box", options.onbox,
                     "answers questions: ok, cancel, abort, retry or ignore")
         ->group(group);
-    program
-        .add_option("--vcd", options.vcd,
-                    "writes the socket's lines and supplies as a waveform, for a viewer")
+    addpath(program, "--vcd", options.vcd,
+            "writes the socket's lines and supplies as a waveform, for a viewer")
         ->group(group);
     program.add_flag("-q,--quiet", options.quiet, "no log and no progress")->group(group);
     program.add_flag("--json", options.json, "the result as JSON on standard output")->group(group);

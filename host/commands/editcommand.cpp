@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "host/catalogue/catalogue.h"
+#include "host/commands/pathoption.h"
 #include "host/files/outputfile.h"
 #include "host/hosterror.h"
 #include "host/run/devicedata.h"
@@ -95,11 +96,11 @@ void addeditor(CLI::App& command, const char* name, const char* does, Editor edi
     const auto arguments = std::make_shared<Arguments>();
     arguments->editor = editor;
     CLI::App* sub = command.add_subcommand(name, does);
-    sub->add_option("FILE", arguments->file, "the file with the chip's content; OK writes it back")
+    addpath(*sub, "FILE", arguments->file, "the file with the chip's content; OK writes it back")
         ->required();
     CLI::Option* actions =
-        sub->add_option("--form", arguments->actions, "answers the editor, one JSON action a line");
-    sub->add_option("--form-log", arguments->formlog, "writes what the editor shows as JSON")
+        addpath(*sub, "--form", arguments->actions, "answers the editor, one JSON action a line");
+    addpath(*sub, "--form-log", arguments->formlog, "writes what the editor shows as JSON")
         ->needs(actions);
     sub->callback([arguments, &options, &status] { status = runedit(*arguments, options); });
 }

@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "host/catalogue/catalogue.h"
+#include "host/commands/pathoption.h"
 #include "host/files/outputfile.h"
 #include "host/hosterror.h"
 #include "host/map/fusepicture.h"
@@ -85,9 +86,9 @@ void addmapcommand(CLI::App& program, const DeviceOptions& options, int& status)
     const auto arguments = std::make_shared<Arguments>();
     CLI::App* command =
         program.add_subcommand("map", "draws a fuse map, rows and columns as in the chip");
-    command->add_option("FILE", arguments->file, "the file with the fuse map")->required();
-    command->add_option("OUT", arguments->out, "the picture, .png or .svg (default: text blocks)");
-    command->add_option("--against", arguments->against, "a second file; differences are coloured");
+    addpath(*command, "FILE", arguments->file, "the file with the fuse map")->required();
+    addpath(*command, "OUT", arguments->out, "the picture, .png or .svg (default: text blocks)");
+    addpath(*command, "--against", arguments->against, "a second file; differences are coloured");
     command->callback([arguments, &options, &status] { status = runmap(*arguments, options); });
 }
 

@@ -49,17 +49,17 @@ int make(const Arguments& arguments, const DeviceOptions& options) {
         throw HostError(exitstatus::usage,
                         "no DATA, expected the file with the chip's content for " + arguments.task);
     std::optional<DeviceData> data;
-    if (needsdata(*task)) data = loaddata(device, arguments.data, fileformat(options));
+    if (needsdata(*task)) data = loaddata(device, filenamed(arguments.data), fileformat(options));
     const std::string text = makesvf(logic, *task, cellsfrom(data), *layout);
     if (arguments.file.empty())
         std::cout << text;
     else
-        writeoutput(arguments.file, text, options.force);
+        writeoutput(filenamed(arguments.file), text, options.force);
     return exitstatus::well;
 }
 
 SvfCheck checkfile(const std::string& file, const DeviceOptions& options) {
-    return checksvf(logicdevice(chosendevice(options)), readtext(file));
+    return checksvf(logicdevice(chosendevice(options)), readtext(filenamed(file)));
 }
 
 int check(const Arguments& arguments, const DeviceOptions& options) {

@@ -3,6 +3,7 @@
 #include <iostream>
 #include <memory>
 
+#include "host/files/files.h"
 #include "host/hosterror.h"
 #include "host/tell/printing.h"
 
@@ -25,7 +26,7 @@ void addshow(CLI::App& trace, int& status) {
                      "up to the single lines")
         ->check(CLI::Range(1, 100));
     command->callback([arguments, &status] {
-        showtrace(arguments->file, arguments->depth, std::cout);
+        showtrace(filenamed(arguments->file), arguments->depth, std::cout);
         std::cout.flush();
         status = exitstatus::well;
     });
@@ -38,7 +39,8 @@ void adddiff(CLI::App& trace, int& status) {
     command->add_option("A", arguments->file, "a trace")->required();
     command->add_option("B", arguments->other, "another one")->required();
     command->callback([arguments, &status] {
-        const bool equal = comparetraces(arguments->file, arguments->other, std::cout);
+        const bool equal =
+            comparetraces(filenamed(arguments->file), filenamed(arguments->other), std::cout);
         std::cout.flush();
         status = equal ? exitstatus::well : exitstatus::failed;
     });

@@ -30,6 +30,10 @@ Content readwhole(const std::filesystem::path& path) {
 
 }  // namespace
 
+std::filesystem::path filenamed(std::string_view name) {
+    return std::u8string(name.begin(), name.end());
+}
+
 std::vector<std::uint8_t> readbytes(const std::filesystem::path& path) {
     return readwhole<std::vector<std::uint8_t>>(path);
 }

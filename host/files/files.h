@@ -9,6 +9,9 @@
 
 namespace keld2::host {
 
+// The path of a name in UTF-8, whatever the system thinks of bare characters.
+std::filesystem::path filenamed(std::string_view name);
+
 // Throw HostError (exit 66) when the file cannot be opened, read or written.
 std::vector<std::uint8_t> readbytes(const std::filesystem::path& path);
 std::string readtext(const std::filesystem::path& path);

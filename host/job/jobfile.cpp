@@ -2,6 +2,7 @@
 
 #include <limits>
 
+#include "host/files/files.h"
 #include "host/files/hexbytes.h"
 #include "host/toml/tomlfile.h"
 
@@ -66,7 +67,7 @@ void readimage(const TomlFile& source, const toml::node& node, BufferPlan& plan,
                std::int64_t size) {
     const std::string key = "[buffer] file";
     const std::string name = source.text(key, node, "the name of an image file");
-    plan.image = loadimage(source.path().parent_path() / name);
+    plan.image = loadimage(source.path().parent_path() / filenamed(name));
     for (const Segment& segment : plan.image.segments)
         checkplace(source, key, node, plan.offset + segment.address, segment.bytes.size(), size);
 }
@@ -109,7 +110,7 @@ void readrun(const TomlFile& source, const toml::table& table, Job& job) {
             source.integer("[run] num", *num, -32768, 32767, "an integer from -32768 to 32767"));
     if (const toml::node* folder = table.get("folder")) {
         job.folder = source.path().parent_path() /
-                     source.text("[run] folder", *folder, "the name of a folder");
+                     filenamed(source.text("[run] folder", *folder, "the name of a folder"));
         if (!std::filesystem::is_directory(job.folder))
             source.raise("[run] folder", *folder, "there is no folder " + job.folder.string(),
                          "one relative to the job file");

@@ -2,6 +2,7 @@
 
 #include <sstream>
 
+#include "host/files/files.h"
 #include "host/hosterror.h"
 #include "host/programmer/hardware.h"
 
@@ -33,7 +34,7 @@ ProgrammerChoice parseprogrammer(const std::string& text) {
             (key != "image" && key != "fault"))
             refuse(text, "\"" + setting + "\" is no setting");
         if (key == "image")
-            choice.image = setting.substr(equals + 1);
+            choice.image = filenamed(setting.substr(equals + 1));
         else
             choice.faults.push_back(setting.substr(equals + 1));
     }

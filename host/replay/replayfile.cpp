@@ -94,7 +94,7 @@ BulkReadAnswer bulkreadanswer(Line& line, const std::filesystem::path& folder) {
     if (kind == "file") {
         const std::string_view name = line.remainder();
         if (name.empty()) throw WrongLine{"the file's name is missing", "file PATH"};
-        return {.bytes = readbytes(folder / name)};
+        return {.bytes = readbytes(folder / filenamed(name))};
     }
     if (kind == "fail") return {.kind = Kind::failed, .bytes = {}};
     if (kind == "hang") return {.kind = Kind::hanging, .bytes = {}};

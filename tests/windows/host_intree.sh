@@ -1,5 +1,6 @@
 # Runs keld2.exe inside the Wine tree, in the folder that host_test.sh has filled. Writes each
 # command's status behind its name into statuses, and what it prints into said/NAME.
+export LC_ALL=C.UTF-8  # by which file names come to Windows
 mkdir -p said out
 keld2() { # NAME ARGUMENT...
     local name=$1
@@ -13,9 +14,9 @@ keld2 list devices list
 
 keld2 program -d serial-4k -p sim:image=chip.img auto firmware.bin
 keld2 verify -d serial-4k -p sim:image=chip.img verify firmware.bin
-keld2 readback -d serial-4k -p sim:image=chip.img read back.bin
+keld2 readback -d serial-4k -p sim:image=chip.img read 'Gerät-ж.bin'
 keld2 differs -d serial-4k -p sim:image=chip.img verify other.bin
-keld2 keeps -d serial-4k -p sim:image=chip.img read back.bin
+keld2 keeps -d serial-4k -p sim:image=chip.img read 'Gerät-ж.bin'
 keld2 timeout -q -d serial-4k -p sim:fault=bulkhang blank
 
 keld2 nocommand
