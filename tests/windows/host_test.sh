@@ -43,7 +43,8 @@ check "catalogue beside the program" ended list 0 "serial-4k "
 check "program a device" ended program 0 "ended well"
 check "verify it" ended verify 0 "ended well"
 check "read it back into a file whose name is not ASCII" ended readback 0
-check "what is read is what was programmed" cmp "$w/firmware.bin" "$w/Gerät-ж.bin"
+check "what is read is what was programmed" cmp -n 4096 \
+    "$w/firmware.bin" "$w/Gerät-ж.bin"
 check "a difference fails" ended differs 1 "failed in verify"
 check "a file is not overwritten" ended keeps 66 "Gerät-ж.bin: exists already"
 check "a transfer that hangs times out" ended timeout 3
