@@ -60,12 +60,11 @@ set(CPACK_DEBIAN_UNSPECIFIED_PACKAGE_CONTROL_EXTRA
 set(CPACK_DEBIAN_DESKTOP_PACKAGE_NAME keld2-desktop)
 set(CPACK_DEBIAN_DESKTOP_PACKAGE_DEPENDS "tq5keld2 (= ${PROJECT_VERSION})")
 set(CPACK_COMPONENT_UNSPECIFIED_DESCRIPTION
-"chip programmer: library and command-line host
- Reads, programs, verifies, compares and erases microcontrollers, logic devices
- and ARM flash devices on a simulated programmer, or on one that is attached
- through two interfaces. Holds the library libtq5keld2 with its headers, the
- program keld2 and the device catalogue.")
+"Reads, programs, verifies, compares and erases microcontrollers, logic devices
+and ARM flash devices on a simulated programmer, or on one that is attached
+through two interfaces. Holds the library libtq5keld2 with its headers, the
+command-line host keld2 and the device catalogue.")
 set(CPACK_COMPONENT_DESKTOP_DESCRIPTION
-"chip programmer: desktop host
- Shows the device catalogue, files, chips and runs of tq5keld2 in a window.")
+"The desktop host keld2-desktop: shows the device catalogue, files, chips and
+runs in a window.")
 include(CPack)
