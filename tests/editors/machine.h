@@ -4,9 +4,9 @@
 #include <functional>
 #include <string>
 
-#include "common/privatemachine.h"
 #include "platform/form.h"
 #include "plugin/clskeld2.h"
+#include "testmachine.h"
 
 namespace keld2::test {
 
@@ -31,15 +31,10 @@ struct Editing {
         this->user = std::move(user);
         plugin.usercode();
     }
-    PosixOptions machineof() {
-        PosixOptions options = privatemachine();
-        options.showform = [this](Form& form) { user(form); };
-        return options;
-    }
     std::uint8_t& cell(std::int64_t offset) { return s.ibuffer[s.tlength[0] + offset]; }
 
     std::function<void(Form&)> user;  // what is done with a window that opens
-    PosixPlatform machine{machineof()};
+    TestMachine machine{[this](Form& form) { user(form); }};
     SharedVariables host{machine.memory(), machine.strings()};
     Module module{machine, {}};
     ClsKELD2 plugin{module};

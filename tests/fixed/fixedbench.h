@@ -7,13 +7,13 @@
 #include <utility>
 #include <vector>
 
-#include "common/privatemachine.h"
 #include "families/fixedlogic.h"
 #include "jtag/script.h"
 #include "jtag/wiring.h"
 #include "platform/platformdecorator.h"
 #include "sim/programmer.h"
 #include "sim/tap.h"
+#include "testmachine.h"
 
 namespace keld2::testing {
 
@@ -92,7 +92,7 @@ class FixedBench : public Script, public PlatformDecorator {
 
     const JtagFamily* family_;
     FixedGeometry geometry_;
-    mutable PosixPlatform machine_{test::privatemachine()};
+    mutable test::TestMachine machine_;
     mutable Module module_;
     bool awake_ = false;
     std::size_t boxesshown_ = 0;

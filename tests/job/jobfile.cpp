@@ -4,9 +4,9 @@
 #include <gtest/gtest.h>
 
 #include "common/madefolder.h"
-#include "common/privatemachine.h"
 #include "host/hosterror.h"
 #include "host/job/preparation.h"
+#include "testmachine.h"
 
 namespace {
 
@@ -137,7 +137,7 @@ TEST(Job, FillsVariablesAndBufferInTheirOrder) {
         [run]
         num = 7
         calls = ["bufcomkeld2 -3", "freesharebufferkeld2", "bufcomkeld2"])"));
-    PosixPlatform machine(test::privatemachine());
+    test::TestMachine machine;
     SharedVariables s(machine.memory(), machine.strings());
     prepare(job, s);
 
@@ -161,7 +161,7 @@ TEST(Job, FillsVariablesAndBufferInTheirOrder) {
 TEST(Job, NeedsNothing) {
     const test::MadeFolder folder;
     const Job job = readjob(folder.file("j.toml", ""));
-    PosixPlatform machine(test::privatemachine());
+    test::TestMachine machine;
     SharedVariables s(machine.memory(), machine.strings());
     prepare(job, s);
     EXPECT_EQ(s.ibuffer.size(), 2200);

@@ -2,7 +2,6 @@
 #include <gmock/gmock.h>
 
 #include "common/madefolder.h"
-#include "common/privatemachine.h"
 #include "host/hosterror.h"
 #include "host/job/session.h"
 #include "host/record/recorder.h"
@@ -10,6 +9,7 @@
 #include "host/trace/tracingplatform.h"
 #include "platform/fault.h"
 #include "sim/datacheck.h"
+#include "testmachine.h"
 
 namespace {
 
@@ -91,7 +91,7 @@ class Replayed {
     test::MadeFolder folder_;
     std::filesystem::path job_ = folder_ / "job.toml";
     std::filesystem::path replay_;
-    PosixPlatform machine_{test::privatemachine()};
+    test::TestMachine machine_;
 
   public:
     TraceLog trace;
@@ -294,7 +294,7 @@ struct ByteCheck {
 };
 
 TEST(DataCheck, Modes) {
-    PosixPlatform machine(test::privatemachine());
+    test::TestMachine machine;
     SharedVariables s(machine.memory(), machine.strings());
     s.map(0, {});
     s.ibuffer[5] = 0x5A;
@@ -321,7 +321,7 @@ TEST(DataCheck, Modes) {
 }
 
 TEST(DataCheck, TheReportEndsWith256Lines) {
-    PosixPlatform machine(test::privatemachine());
+    test::TestMachine machine;
     SharedVariables s(machine.memory(), machine.strings());
     s.map(0, {});
     for (int i = 0; i < 255; ++i) ASSERT_EQ(sim::checkbyte(s, 1, i, 3), 0) << i;

@@ -12,10 +12,10 @@
 #include <utility>
 #include <vector>
 
-#include "common/privatemachine.h"
 #include "shared/sharedvariables.h"
 #include "sim/chipspec.h"
 #include "sim/programmer.h"
+#include "testmachine.h"
 
 namespace keld2::test {
 
@@ -42,7 +42,7 @@ class SimBench {
         EXPECT_EQ(usb->usbcomwrite(whole), 0);
     }
 
-    PosixPlatform machine{privatemachine()};
+    test::TestMachine machine;
     SharedVariables s{machine.memory(), machine.strings()};
     sim::SimProgrammer programmer;
     std::unique_ptr<DevCore> d = programmer.devcore(s);

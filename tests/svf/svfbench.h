@@ -7,12 +7,12 @@
 #include <string>
 #include <vector>
 
-#include "common/privatemachine.h"
 #include "host/svf/svfexplain.h"
 #include "jtag/script.h"
 #include "jtag/wiring.h"
 #include "platform/numbers.h"
 #include "platform/platformdecorator.h"
+#include "testmachine.h"
 
 namespace keld2::testing {
 
@@ -56,7 +56,7 @@ class SvfBench : public Script, public PlatformDecorator {
     std::uint8_t rawbyte(char bit) const;
 
     const JtagFamily* family_;
-    mutable PosixPlatform machine_{test::privatemachine()};
+    mutable test::TestMachine machine_;
     mutable Module module_;
 };
 

@@ -7,9 +7,9 @@
 #include <algorithm>
 #include <ctime>
 
-#include "common/privatemachine.h"
 #include "external/datstr.h"
 #include "jtag/recordingdevcore.h"
+#include "testmachine.h"
 #include "transport/threadedtransport.h"
 
 namespace keld2 {
@@ -25,7 +25,7 @@ constexpr std::int16_t blocklength = 16385;
 struct Machine {
     explicit Machine(bool wakes) : usb(wakes ? &platform : nullptr) { s.maprows(0, nullptr); }
 
-    PosixPlatform platform{test::privatemachine()};
+    test::TestMachine platform;
     SharedVariables s{platform.memory(), platform.strings()};
     testing::RecordingDevCore devcore;
     PlainTextHelper helper;
