@@ -14,6 +14,8 @@ check() { # WHAT COMMAND...
 }
 
 wineserver -p60
+# what a run that was broken off may have left
+for library in testhost tq8io tq5keld2; do wine regsvr32 /s /u $library.dll; done
 for room in "$@"; do check "tests of $room" wine ./test_"$room".exe --gtest_brief=1; done
 check "registration" wine regsvr32 /s tq5keld2.dll
 check "boxes, editors and library" timeout 120 wine ./test_windows.exe --gtest_brief=1
