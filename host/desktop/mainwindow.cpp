@@ -179,13 +179,17 @@ void MainWindow::take(const host::RunReport& report,
     const bool well = report.outcome == host::RunReport::Outcome::well;
     for (const host::Operation* step : steps)
         if (step->name == "read" && well) work_.setbuffer(report.buffer);
-    const auto differences = Workspace::differences(report.log);
+    const host::Content content = work_.device().content;
+    const auto differences = Workspace::differences(report.log, content);
     showbuffer(differences);
     if (!differences.empty())
         statusBar()->showMessage(
             QString("%1 differences against the chip, the first at %2")
                 .arg(differences.size())
-                .arg(QString("%1").arg(*differences.begin(), 6, 16, QLatin1Char('0')).toUpper()));
+                .arg(QString("%1")
+                         .arg(*differences.begin(), 6, content == host::Content::fuses ? 10 : 16,
+                              QLatin1Char('0'))
+                         .toUpper()));
 }
 
 void MainWindow::logline(const std::string& line) {

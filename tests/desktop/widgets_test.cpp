@@ -12,6 +12,7 @@
 #include "host/desktop/hexview.h"
 #include "host/desktop/runpanel.h"
 #include "host/desktop/steplist.h"
+#include "host/desktop/workspace.h"
 
 namespace keld2::desktop {
 namespace {
@@ -93,6 +94,17 @@ int redpixels(const QImage& image) {
                 colour.red() > colour.green() + 25 && colour.red() > colour.blue() + 25 ? 1 : 0;
         }
     return count;
+}
+
+TEST(Workspace, DifferencesAreMarkedWhereTheyLieInTheBuffer) {
+    const std::vector<std::string> bytes{">>Compare ...", ">> 000123      77         5F",
+                                         ">> 0000FF      00         01"};
+    const std::vector<std::string> words{">> 000010      1234         1235"};
+    const std::vector<std::string> fuses{">> 000123      1           0"};
+    using Places = std::set<std::int64_t>;
+    EXPECT_EQ(Workspace::differences(bytes, host::Content::bytes), (Places{0xFF, 0x123}));
+    EXPECT_EQ(Workspace::differences(words, host::Content::bytes), (Places{0x20, 0x21}));
+    EXPECT_EQ(Workspace::differences(fuses, host::Content::fuses), (Places{123}));
 }
 
 TEST(HexView, MarksDifferencesAndScrollsToThem) {
