@@ -59,6 +59,7 @@ set(CPACK_DEBIAN_UNSPECIFIED_PACKAGE_CONTROL_EXTRA
   "${CMAKE_SOURCE_DIR}/packaging/triggers;${CMAKE_BINARY_DIR}/packaging/shlibs")
 set(CPACK_DEBIAN_DESKTOP_PACKAGE_NAME keld2-desktop)
 set(CPACK_DEBIAN_DESKTOP_PACKAGE_DEPENDS "tq5keld2 (= ${PROJECT_VERSION})")
+set(CPACK_DEBIAN_DESKTOP_PACKAGE_SUGGESTS "fonts-noto-cjk")
 set(CPACK_COMPONENT_UNSPECIFIED_DESCRIPTION
 "Reads, programs, verifies, compares and erases microcontrollers, logic devices
 and ARM flash devices on a simulated programmer, or on one that is attached

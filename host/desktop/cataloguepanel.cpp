@@ -3,6 +3,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QScrollBar>
 #include <QVBoxLayout>
 
 #include "host/hosterror.h"
@@ -31,6 +32,9 @@ CataloguePanel::CataloguePanel(const host::Catalogue& catalogue, QWidget* parent
         auto* item = new QListWidgetItem(QString::fromStdString(device.name), list_);
         item->setToolTip(QString::fromStdString(device.description));
     }
+    // The chosen device stays in sight when the list gets another height.
+    connect(list_->verticalScrollBar(), &QScrollBar::rangeChanged, this,
+            [this] { list_->scrollToItem(list_->currentItem()); });
     connect(search_, &QLineEdit::textChanged, this, &CataloguePanel::filter);
     connect(list_, &QListWidget::currentTextChanged, this, &CataloguePanel::chosen);
 }

@@ -203,6 +203,7 @@ void MainWindow::showoperations() {
     operationmenu_->clear();
     int count = 0;
     QStringList steps, on;
+    QHash<QString, QString> titles;
     for (const host::Operation* operation : work_.device().operations) {
         const QString title = titlein(*operation, language_);
         auto* button = new QPushButton(title, operations_);
@@ -213,14 +214,15 @@ void MainWindow::showoperations() {
         connect(button, &QPushButton::clicked, this, start);
         grid->addWidget(button, count / operationcolumns, count % operationcolumns);
         operationmenu_->addAction(title, keysof(*operation), this, start);
-        steps += QString::fromStdString(std::string(operation->name));
+        steps += button->objectName();
+        titles.insert(button->objectName(), title);
         ++count;
     }
     for (const host::Operation* step : work_.device().autosteps)
         on += QString::fromStdString(std::string(step->name));
     const QString key = "steps/" + QString::fromStdString(work_.device().name);
     steps_->setsteps(orderedsteps(on, steps, settings_.value(key + "/all").toStringList()),
-                     settings_.value(key + "/on", on).toStringList());
+                     settings_.value(key + "/on", on).toStringList(), titles);
 }
 
 }  // namespace keld2::desktop

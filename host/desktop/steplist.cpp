@@ -4,6 +4,14 @@
 
 namespace keld2::desktop {
 
+namespace {
+
+constexpr int namerole = Qt::UserRole;
+
+QString nameof(const QListWidgetItem& step) { return step.data(namerole).toString(); }
+
+}  // namespace
+
 StepList::StepList(QWidget* parent) : QListWidget(parent) {
     setDragDropMode(QAbstractItemView::InternalMove);
     setAccessibleName("Auto sequence");
@@ -11,11 +19,13 @@ StepList::StepList(QWidget* parent) : QListWidget(parent) {
     connect(this, &QListWidget::itemChanged, this, &StepList::changed);
 }
 
-void StepList::setsteps(const QStringList& all, const QStringList& on) {
+void StepList::setsteps(const QStringList& all, const QStringList& on,
+                        const QHash<QString, QString>& titles) {
     const QSignalBlocker quiet(this);
     clear();
     for (const QString& name : all) {
-        auto* item = new QListWidgetItem(name, this);
+        auto* item = new QListWidgetItem(titles.value(name, name), this);
+        item->setData(namerole, name);
         item->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsUserCheckable |
                        Qt::ItemIsDragEnabled);
         item->setCheckState(on.contains(name) ? Qt::Checked : Qt::Unchecked);
@@ -25,14 +35,14 @@ void StepList::setsteps(const QStringList& all, const QStringList& on) {
 
 QStringList StepList::all() const {
     QStringList names;
-    for (int row = 0; row < count(); ++row) names += item(row)->text();
+    for (int row = 0; row < count(); ++row) names += nameof(*item(row));
     return names;
 }
 
 QStringList StepList::on() const {
     QStringList names;
     for (int row = 0; row < count(); ++row)
-        if (item(row)->checkState() == Qt::Checked) names += item(row)->text();
+        if (item(row)->checkState() == Qt::Checked) names += nameof(*item(row));
     return names;
 }
 

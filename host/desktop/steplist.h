@@ -2,6 +2,7 @@
 // dragging or with Alt+Up and Alt+Down.
 #pragma once
 
+#include <QHash>
 #include <QListWidget>
 #include <QStringList>
 
@@ -13,9 +14,11 @@ class StepList final : public QListWidget {
   public:
     explicit StepList(QWidget* parent = nullptr);
 
-    // All steps that can be made, in the order in which they stand; those of on are switched on.
-    void setsteps(const QStringList& all, const QStringList& on);
-    QStringList all() const;
+    // All steps that can be made, by name and in the order in which they stand; those of on are
+    // switched on. A step is shown by its title, one without a title by its name.
+    void setsteps(const QStringList& all, const QStringList& on,
+                  const QHash<QString, QString>& titles = {});
+    QStringList all() const;  // the names
     QStringList on() const;
 
   signals:

@@ -19,7 +19,9 @@ namespace {
 
 TEST(StepList, KeysReorderAndSwitch) {
     StepList steps;
-    steps.setsteps({"erase", "blank", "program"}, {"erase", "program"});
+    steps.setsteps({"erase", "blank", "program"}, {"erase", "program"}, {{"erase", "Wissen"}});
+    EXPECT_EQ(steps.item(0)->text(), "Wissen");
+    EXPECT_EQ(steps.item(1)->text(), "blank");
     int changes = 0;
     QObject::connect(&steps, &StepList::changed, [&] { ++changes; });
     QTest::keyClick(&steps, Qt::Key_Up, Qt::AltModifier);  // the first one stays
