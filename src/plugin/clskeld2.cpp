@@ -6,7 +6,6 @@
 #include "platform/numbers.h"
 #include "plugin/dispatch.h"
 #include "plugin/texts/texts.h"
-#include "run/notes.h"
 
 namespace keld2 {
 
@@ -62,10 +61,7 @@ void ClsKELD2::runKeld2Prg(const bool&) {
                                      .devcore = module_.devcore(),
                                      .usb = module_.transport(),
                                      .helper = module_.helper()});
-        if (window != nullptr)
-            window->wepm0();
-        else
-            reportunserved();
+        window->wepm0();
     });
     if (!ended && window != nullptr && window->hardwarestarted())
         guarded([this] { module_.devcore().powerdown(); });
@@ -143,13 +139,6 @@ void ClsKELD2::reportmissing(const ComponentMissing& component) {
     module_.platform().messagebox({.icon = BoxIcon::exclamation,
                                    .title = std::u16string(owntitle),
                                    .text = u"Missing component: " + utf16(component.what())});
-}
-
-void ClsKELD2::reportunserved() {
-    SharedVariables& s = module_.variables();
-    s.prgresult.release(0, result::failed);
-    appendlog(s,
-              u">>Mode " + utf16(std::to_string(s.prgmode[0])) + u" is not served by this build\n");
 }
 
 }  // namespace keld2

@@ -38,7 +38,6 @@ class ClsKELD2 {
     bool guarded(Work work);
     void runarm(const ArmProfile& profile);
     void reportmissing(const ComponentMissing& component);
-    void reportunserved();
 
     Module& module_;
 };

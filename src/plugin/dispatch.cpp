@@ -6,6 +6,7 @@
 #include "families/usbkeld2pldprg.h"
 #include "families/usbsvfprg.h"
 #include "mpu/usbkel2mpuprg.h"
+#include "platform/fault.h"
 
 namespace keld2 {
 
@@ -77,7 +78,7 @@ std::unique_ptr<RunWindow> makewindow(Runner runner, const RunContext& run) {
         case Runner::svfwindow:
             return std::make_unique<usbsvfprg>(run);
         default:
-            return nullptr;
+            throw RunFault("this runner has no window");
     }
 }
 

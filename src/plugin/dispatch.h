@@ -30,7 +30,7 @@ const ArmProfile* armprofile(Runner runner);
 // the preferred one first; none for other devices.
 std::vector<std::vector<std::u16string>> algorithmfiles(SharedVariables& s);
 
-// A fresh window of a runner; nullptr when this build has none for it.
+// A fresh window of runner, which is one of the three windows; a RunFault for any other.
 std::unique_ptr<RunWindow> makewindow(Runner runner, const RunContext& run);
 
 }  // namespace keld2
