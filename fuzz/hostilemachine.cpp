@@ -50,6 +50,7 @@ BoxAnswer HostileMachine::messagebox(const Box& box) {
 
 // Presses, chooses and clicks whatever there is, the last one a button or the window's frame.
 void HostileMachine::showform(Form& form) {
+    if (onform) return onform(form);
     for (int i = 0; i < 20 && !form.closed(); ++i) {
         const std::string name = source_.pick(form.controls()).name;
         form.setselection(name, source_.byte(), source_.byte());

@@ -52,6 +52,8 @@ class HostileMachine final : public Platform {
     FileContent readfile(std::span<const std::u16string> parts) override;
     double secondssincemidnight() override { return static_cast<double>(now_) / 1000; }
 
+    // Who works a form; without one the fuzzer's bytes do.
+    std::function<void(Form&)> onform;
     // What the host does in its own part of the message loop: a stop, a write to a signalling cell.
     std::function<void()> onservice;
     bool endless() const { return services_ > mostservices; }

@@ -7,6 +7,7 @@
 #include "host/catalogue/catalogue.h"
 #include "host/files/textrecords.h"
 #include "host/hosterror.h"
+#include "host/text/jsontext.h"
 
 namespace keld2::host {
 
@@ -67,7 +68,7 @@ int list(const std::string& text, bool json) {
     if (json) {
         ordered_json all = ordered_json::array();
         for (const Device& device : found) all.push_back(jsonof(device));
-        std::cout << all.dump(2) << '\n';
+        std::cout << jsontext(all) << '\n';
         return status;
     }
     std::size_t width = 0;
@@ -82,7 +83,7 @@ int list(const std::string& text, bool json) {
 int info(const std::string& name, bool json) {
     const Device device = Catalogue::standard().find(name);
     if (json) {
-        std::cout << jsonof(device).dump(2) << '\n';
+        std::cout << jsontext(jsonof(device)) << '\n';
         return exitstatus::well;
     }
     std::cout << device.name << ": " << device.description << '\n'

@@ -6,6 +6,7 @@
 
 #include "host/files/textrecords.h"
 #include "host/hosterror.h"
+#include "host/text/jsontext.h"
 
 namespace keld2::host {
 
@@ -146,7 +147,7 @@ std::string jsonof(const RunResult& result) {
                       {"file", result.file},          {"differences", differences},
                       {"log", result.report.log},     {"seconds", result.seconds}};
     if (!result.explanation.lines.empty()) json["explanation"] = jsonof(result.explanation);
-    return json.dump(2);
+    return jsontext(json);
 }
 
 }  // namespace keld2::host

@@ -27,7 +27,7 @@ class TextStreams {
     TextStreams& operator=(const TextStreams&) = delete;
 
   private:
-    unsigned former_ = 0;  // a console's encoding of output
+    [[maybe_unused]] unsigned former_ = 0;  // encoding of a console's output, where it has one
 };
 
 }  // namespace keld2::host::os

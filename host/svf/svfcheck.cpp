@@ -7,6 +7,7 @@
 
 #include "host/files/textrecords.h"
 #include "host/svf/meterdevcore.h"
+#include "host/text/jsontext.h"
 #include "jtag/svftext.h"
 
 namespace keld2::host {
@@ -282,7 +283,7 @@ std::string jsonof(const SvfCheck& check, const std::string& name) {
     if (check.fault)
         json["fault"] = {
             {"line", check.fault->line}, {"column", check.fault->column}, {"reason", check.reason}};
-    return json.dump(2);
+    return jsontext(json);
 }
 
 }  // namespace keld2::host
