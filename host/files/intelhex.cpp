@@ -95,6 +95,10 @@ class Reader {
                 linear_ = record.type == linearaddress;
                 base_ = bigendian(record.payload) << (linear_ ? 16 : 4);
                 break;
+            case segmentstart:  // CS:IP
+                image_.entry =
+                    ((bigendian(record.payload) >> 16) << 4) + (bigendian(record.payload) & 0xFFFF);
+                break;
             default:
                 image_.entry = bigendian(record.payload);
                 break;

@@ -158,7 +158,7 @@ Image readsrecord(std::string_view text, const std::string& name) {
 }
 
 std::string writesrecord(const Image& image) {
-    constexpr std::size_t longestheader = 250;
+    constexpr std::size_t longestheader = 252;  // length byte 255, address 2, checksum 1
     std::string out;
     const std::vector<std::uint8_t> header(image.header.begin(), image.header.end());
     appendrecord(out, '0', 0, header.data(), std::min(header.size(), longestheader));

@@ -82,7 +82,10 @@ class Walk {
         if (s.kind == Kind::givenup || s.kind == Kind::drive) return behindsdr(number);
         if (s.counted) store(number);
         const bool iscode = procedure_.sdr95 && s.kind == Kind::read && s.nbits == codewidth;
-        if (iscode) stored().rowcount = 1;
+        if (iscode) {
+            stored().rowcount = 1;
+            stored().sources.resize(1);  // even if the statement stores no row
+        }
         if (s.kind == Kind::replay) {
             ++stored().rowmark;
             readcount_ += s.nbits / 8 * 8;

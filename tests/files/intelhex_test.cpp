@@ -48,7 +48,7 @@ TEST(IntelHex, AddressesFollowTheExtendedAddressRecords) {
 }
 
 TEST(IntelHex, StartAddressesAreKept) {
-    EXPECT_EQ(read(":0400000300003800C1\n:0100000055AA\n" + std::string(end)).entry, 0x3800u);
+    EXPECT_EQ(read(":0400000310003800B1\n:0100000055AA\n" + std::string(end)).entry, 0x13800u);
     EXPECT_EQ(read(":04000005000000CD2A\n:0100000055AA\n" + std::string(end)).entry, 0xCDu);
 }
 
