@@ -25,6 +25,8 @@
 extern "C" {
 #endif
 
+/* A header for C. NOLINTBEGIN(modernize-use-using) */
+
 typedef struct keld2_session keld2_session;
 
 typedef enum keld2_status {
@@ -202,6 +204,8 @@ int keld2_read(keld2_session* session, const char* name, int64_t index, uint8_t*
                size_t count);
 int keld2_write(keld2_session* session, const char* name, int64_t index, const uint8_t* bytes,
                 size_t count);
+
+/* NOLINTEND(modernize-use-using) */
 
 #ifdef __cplusplus
 }

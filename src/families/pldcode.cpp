@@ -1,6 +1,7 @@
 // The device code of the fixed logic family: read at the end of the start-up, and the question
 // about a foreign one.
 #include <algorithm>
+#include <ranges>
 
 #include "families/usbkeld2pldprg.h"
 #include "jtag/tapreset.h"
@@ -74,8 +75,8 @@ bool usbkeld2pldprg::idmatch() {
 // The last byte read is written first.
 void usbkeld2pldprg::idnote() {
     idtext_.clear();
-    for (auto byte = idbytes_.rbegin(); byte != idbytes_.rend(); ++byte)
-        idtext_ += (*byte < 16 ? u"0" : u"") + hextext(*byte);
+    for (const std::uint8_t byte : idbytes_ | std::views::reverse)
+        idtext_ += (byte < 16 ? u"0" : u"") + hextext(byte);
     appendlog(s(), u">>" + owntext(s(), TextId::devcode) + idtext_ + u"\n");
 }
 

@@ -67,7 +67,9 @@ const Control& Form::control(std::string_view name) const {
     return *found;
 }
 
-Control& Form::at(std::string_view name) { return const_cast<Control&>(control(name)); }
+Control& Form::at(std::string_view name) {
+    return controls_[static_cast<std::size_t>(&control(name) - controls_.data())];
+}
 
 bool Form::reachable(const Control& control) const {
     for (const Control* c = &control; c != nullptr; c = find(c->container))

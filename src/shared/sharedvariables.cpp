@@ -135,6 +135,7 @@ void SharedVariables::releasebuffers() {
     ibuffer66.unmap();
 }
 
+// One line a block. NOLINTNEXTLINE(readability-function-size)
 AnyVariable SharedVariables::variable(std::string_view name) {
     for (std::size_t i = 0; i < blocktable.size(); ++i)
         if (blocktable[i].name == name) return variable(i);

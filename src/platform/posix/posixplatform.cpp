@@ -40,7 +40,7 @@ std::string lowercase(std::string text) {
 // The entry of that name; else the only one that differs in the case of its letters alone.
 std::filesystem::path entryof(const std::filesystem::path& folder, const std::string& name) {
     std::error_code fault;
-    const std::filesystem::path exact = folder / name;
+    std::filesystem::path exact = folder / name;
     if (std::filesystem::exists(exact, fault)) return exact;
     std::filesystem::path found;
     std::filesystem::directory_iterator entry(folder, fault);
