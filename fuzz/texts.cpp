@@ -7,6 +7,7 @@
 
 #include "fuzz/bytesource.h"
 #include "fuzz/hostilemachine.h"
+#include "fuzz/sessions.h"
 #include "host/catalogue/catalogue.h"
 #include "host/files/files.h"
 #include "host/files/intelhex.h"
@@ -14,7 +15,7 @@
 #include "host/files/srecord.h"
 #include "host/forms/scriptedform.h"
 #include "host/hosterror.h"
-#include "host/job/jobfile.h"
+#include "host/job/preparation.h"
 #include "host/replay/replayfile.h"
 #include "host/svf/svfcheck.h"
 #include "host/tell/printing.h"
@@ -65,7 +66,12 @@ std::string jedec(std::string_view text) {
 }
 
 std::string job(std::string_view text) {
-    return readjob(filed(text)).buffersize() >= 0 ? "" : "a buffer of less than nothing";
+    const Job read = readjob(filed(text));
+    HeapMemory memory;
+    PosixStrings strings;
+    SharedVariables blocks(memory, strings);
+    prepare(read, blocks);
+    return read.buffersize() >= 0 ? "" : "a buffer of less than nothing";
 }
 
 std::string device(std::string_view text) {
@@ -147,6 +153,8 @@ constexpr std::array all{
     Target{"forms", forms, "fuzz/seeds/forms"},
     Target{"svf", svf, "fuzz/seeds/svf"},
     Target{"algorithm", algorithm, "fuzz/seeds/algorithm"},
+    Target{"session", playreplay, "fuzz/seeds/session"},
+    Target{"play", playsvf, "fuzz/seeds/play"},
 };
 
 }  // namespace
