@@ -1,9 +1,9 @@
 #include "host/files/files.h"
 
 #include <cerrno>
-#include <cstring>
 #include <fstream>
 #include <iterator>
+#include <system_error>
 
 #include "host/hosterror.h"
 
@@ -13,7 +13,7 @@ namespace {
 
 [[noreturn]] void refuse(const std::filesystem::path& path, const char* what, int error) {
     std::string message = path.string() + ": " + what;
-    if (error != 0) message += std::string(": ") + std::strerror(error);
+    if (error != 0) message += std::string(": ") + std::generic_category().message(error);
     throw HostError(exitstatus::nofile, message);
 }
 

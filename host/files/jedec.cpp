@@ -191,9 +191,9 @@ class Reader {
                               "\", expected a decimal fuse number, a blank and fuse states");
         content.remove_prefix(digits);
         std::size_t line = field.line;
-        for (std::size_t i = 0; i < content.size(); ++i) {
-            if (content[i] == '\n') ++line;
-            if (!isblank(content[i])) setfuse({field.name, {}, line}, fuse++, content[i]);
+        for (const char c : content) {
+            if (c == '\n') ++line;
+            if (!isblank(c)) setfuse({field.name, {}, line}, fuse++, c);
         }
     }
 

@@ -1,8 +1,8 @@
 // A replay as programmer: DevCore and UsbTransport that answer from a Replay.
 #pragma once
 
-#include "external/devcore.h"
 #include "external/usbtransport.h"
+#include "host/programmer/idledevcore.h"
 #include "host/replay/replayfile.h"
 #include "host/replay/virtualtime.h"
 #include "shared/sharedvariables.h"
@@ -10,44 +10,26 @@
 namespace keld2::host {
 
 // The references must outlive the device. s: the views that the plug-in works on.
-class ReplayDevCore final : public DevCore {
+class ReplayDevCore final : public IdleDevCore {
   public:
     ReplayDevCore(Replay& replay, VirtualTime& time, SharedVariables& s)
         : replay_(replay), time_(time), s_(s) {}
 
-    void setvcc(std::int32_t) override {}
-    void setvpp(std::int32_t, std::uint8_t) override {}
-    void setgndpin(std::uint8_t, std::uint8_t) override {}
-    void setvccpin(std::uint8_t, std::uint8_t) override {}
-    void setvpppin(std::uint8_t, std::uint8_t) override {}
-    void drivercommit() override {}
-    void powerdown() override {}
-    void signalpass(std::uint8_t) override {}
-    void signalfail(std::uint8_t) override {}
     int readycheck() override;
-    void readyfail() override {}
     int modeselect(std::uint8_t mode) override;
     int modeselect2(std::uint8_t mode, int second) override;
     int modeselect3(std::uint8_t mode, int second) override;
     int armready() override;
-    void regwrite(std::int32_t, std::uint8_t) override {}
-    void qregwrite(std::int32_t, std::uint8_t) override {}
     std::uint8_t regread(std::uint8_t reg) override;
-    void qregread(std::uint8_t) override {}
     void waitshort(std::int32_t n) override { time_.waitshort(n); }
     void qwaitshort(std::int32_t n) override { time_.qwaitshort(n); }
     void waitlong(std::int32_t n) override { time_.waitlong(n); }
     void qwaitlong(std::int32_t n) override { time_.qwaitlong(n); }
     void qrun() override { time_.qrun(); }
-    void buswrite(std::int32_t, std::uint8_t, std::uint8_t) override {}
-    void qbuswrite(std::int32_t, std::uint8_t, std::uint8_t) override {}
-    void busconfig(std::int32_t, std::uint8_t, std::uint8_t) override {}
-    void qbusconfig(std::int32_t, std::uint8_t, std::uint8_t) override {}
     int checkbyte(std::int16_t value, std::int32_t address, int mode) override;
     int checkword(std::uint8_t low, std::uint8_t high, std::int32_t address, int mode,
                   int blank) override;
     bool transferwait(std::uint8_t count) override;
-    void loadalgobuf(std::int32_t&) override {}
 
   private:
     Replay& replay_;

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <charconv>
-#include <cstring>
+#include <system_error>
 #include <utility>
 
 #include "host/hosterror.h"
@@ -171,7 +171,8 @@ TraceReader::TraceReader(const std::filesystem::path& path) : name_(path.string(
     else
         file_.open(path, std::ios::binary);
     if (!file_.is_open())
-        throw HostError(exitstatus::nofile, name_ + ": cannot be opened: " + std::strerror(errno));
+        throw HostError(exitstatus::nofile,
+                        name_ + ": cannot be opened: " + std::generic_category().message(errno));
 }
 
 const TraceLine* TraceReader::next() {

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstring>
+#include <system_error>
 
 #include "host/hosterror.h"
 
@@ -22,8 +22,8 @@ void TraceLog::open(const std::filesystem::path& path) {
     errno = 0;
     file_.open(path, std::ios::binary | std::ios::trunc);
     if (!file_)
-        throw HostError(exitstatus::nofile,
-                        path.string() + ": cannot be opened for writing: " + std::strerror(errno));
+        throw HostError(exitstatus::nofile, path.string() + ": cannot be opened for writing: " +
+                                                std::generic_category().message(errno));
     path_ = path;
 }
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
-#include <cstring>
+#include <system_error>
 #include <utility>
 
 #include "host/hosterror.h"
@@ -53,8 +53,8 @@ VcdWriter::VcdWriter(const std::filesystem::path& path) : path_(path) {
 }
 
 void VcdWriter::refuse() const {
-    throw HostError(exitstatus::nofile,
-                    path_.string() + ": cannot be written: " + std::strerror(errno));
+    throw HostError(exitstatus::nofile, path_.string() + ": cannot be written: " +
+                                            std::generic_category().message(errno));
 }
 
 VcdWriter::Id VcdWriter::add(const std::string& scope, const std::string& name, const char* kind,
