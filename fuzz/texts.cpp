@@ -30,11 +30,13 @@ namespace {
 
 using namespace keld2::host;
 
-// The text as a file.
-std::filesystem::path filed(std::string_view text) {
-    static const test::MadeFolder folder;
-    return folder.file("text", text);
+const test::MadeFolder& folder() {
+    static const test::MadeFolder made;
+    return made;
 }
+
+// The text as a file.
+std::filesystem::path filed(std::string_view text) { return folder().file("text", text); }
 
 bool same(const Image& a, const Image& b) {
     return a.entry == b.entry && a.header == b.header &&
@@ -60,8 +62,10 @@ std::string srecord(std::string_view text) {
 std::string jedec(std::string_view text) {
     const FuseMap map = readjedec(text, "text");
     const FuseMap again = readjedec(writejedec(map), "written");
-    const bool equal = std::tie(map.fuses, map.usercode, map.secured) ==
-                       std::tie(again.fuses, again.usercode, again.secured);
+    const auto all = [](const FuseMap& m) {
+        return std::tie(m.fuses, m.usercode, m.secured, m.electrical, m.pins, m.notes);
+    };
+    const bool equal = all(map) == all(again);
     return equal ? "" : "another fuse map comes back";
 }
 
@@ -91,7 +95,10 @@ std::string trace(std::string_view text) {
     const std::filesystem::path path = filed(text);
     std::ostringstream words;
     showtrace(path, 9, words);
-    return comparetraces(path, path, words) ? "" : "a trace differs from itself";
+    if (!comparetraces(path, path, words)) return "a trace differs from itself";
+    const auto longer =
+        folder().file("longer", std::string(text) + (text.ends_with('\n') ? "" : "\n") + "qrun\n");
+    return comparetraces(longer, path, words) ? "a trace is as one with a line more" : "";
 }
 
 // Both editors, one after the other, of devices with different controls.
@@ -129,6 +136,10 @@ std::string svf(std::string_view text) {
     }();
     for (const LogicDevice& device : devices) {
         const SvfCheck check = checksvf(device, text);
+        const std::ptrdiff_t most = 2 + std::ranges::count_if(text, [](char c) { return c < ' '; });
+        for (const auto* list : {&check.run, &check.skipped, &check.lost})
+            for (const SvfLine& line : *list)
+                if (line.line < 1 || line.line > most) return line.what + " of no line";
         if (jsonof(check, "text").empty() || told(check, "text", true).empty()) return "no report";
     }
     return {};
