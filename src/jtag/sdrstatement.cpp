@@ -78,8 +78,8 @@ class SdrParser {
 
     void parseoneline(std::size_t tdo) {
         const std::string_view tdi = popdata(fields_);
-        if (rules_.replays) storetdi(tdi);
         if (tdo == nowhere) return drive(tdi);
+        if (rules_.replays) storetdi(tdi);
         const std::string_view remainder = rest_.substr(tdo);
         const std::size_t mask = remainder.find("MASK");
         read(tdi);
@@ -173,7 +173,8 @@ class SdrParser {
         if (isreplay()) decodefield(tdi, tdi.size(), out_.nbits / 8 * 8, Tail::drive, out_.tdi);
     }
 
-    // The whole bytes of a one-line TDI have a place in a row of their own.
+    // The whole bytes of a one-line TDI have a place beside the row that the statement stores; a
+    // drive stores no row, so it may be longer than one.
     void storetdi(std::string_view tdi) {
         checkrow(out_.nbits / 8);
         decodefield(tdi, tdi.size(), out_.nbits / 8 * 8, Tail::drive, out_.tdi);

@@ -257,12 +257,15 @@ TEST(SdrStatement, RowsHaveLimits) {
         int bytes;
         std::int32_t rows;
     };
-    for (const Limit& limit : {Limit{sdrrules80, 2001, 5001}, Limit{sdrrules50, 4001, 501}}) {
+    for (const Limit& limit : {Limit{sdrrules80, 2001, 5001}, Limit{sdrrules94, 2001, 5001},
+                               Limit{sdrrules50, 4001, 501}}) {
         EXPECT_NE(told(statement(limit.bytes, true), limit.rules), "fault");
         EXPECT_EQ(told(statement(limit.bytes + 1, true), limit.rules), "fault");
         EXPECT_NE(told(statement(4095, false), limit.rules), "fault") << "a drive has no limit";
         EXPECT_NE(reading(statement(1, true), limit.rules, 0, limit.rows - 1).statement, "fault");
         EXPECT_EQ(reading(statement(1, true), limit.rules, 0, limit.rows).statement, "fault");
+        EXPECT_NE(reading(statement(1, false), limit.rules, 0, limit.rows).statement, "fault")
+            << "a drive stores no row";
     }
 }
 
