@@ -3,22 +3,17 @@
 #include <filesystem>
 #include <vector>
 
+#include "fuzz/filed.h"
 #include "host/files/files.h"
 #include "host/hosterror.h"
 #include "host/job/session.h"
 #include "host/svf/svfcheck.h"
-#include "tests/common/madefolder.h"
 
 namespace keld2::fuzz {
 
 namespace {
 
 using namespace keld2::host;
-
-const test::MadeFolder& folder() {
-    static const test::MadeFolder made;
-    return made;
-}
 
 Job jobof(const std::string& name) {
     return readjob(std::filesystem::path(KELD2_FUZZ_SOURCE) / "tests/data/jobs" / name /
@@ -27,17 +22,16 @@ Job jobof(const std::string& name) {
 
 struct Played {
     int status = 0;
-    std::string trace, dump;
-    bool operator==(const Played&) const = default;
+    std::string trace, dump, record;
 };
 
 Played played(const Job& job, const std::filesystem::path& replay) {
-    SessionOutput output{.record = folder() / "record",
-                         .trace = folder() / "trace",
+    SessionOutput output{.record = fresh("record"),
+                         .trace = fresh("trace"),
                          .tracewithout = {},
-                         .dump = folder() / "dump"};
+                         .dump = fresh("dump")};
     const int status = runsession(job, replayed(replay), output);
-    return {status, readtext(*output.trace), readtext(*output.dump)};
+    return {status, readtext(*output.trace), readtext(*output.dump), readtext(*output.record)};
 }
 
 void set(Job& job, std::string_view name, std::int64_t value) {
@@ -51,7 +45,7 @@ std::vector<Job> svfjobs() {
     for (const auto& [family, fuses] :
          {std::pair{50, 999}, {80, 16160}, {86, 8160}, {90, 12275}, {94, 17200}, {95, 35600}}) {
         Job& job = jobs.emplace_back(jobof("svf-86-sir-without-tdi-fails"));
-        job.folder = folder() / ".";
+        job.folder = fresh("none").parent_path();
         set(job, "prgmode", family);
         set(job, "tlength", fuses);
     }
@@ -67,20 +61,21 @@ std::string playreplay(std::string_view text) {
         jobof("arm-compare-of-words-from-an-odd-offset")};
     const bool chosen = text.size() > 1 && text[0] == '#' && text[1] >= 'a';
     const Job& job = jobs[chosen ? static_cast<std::size_t>(text[1] - 'a') % jobs.size() : 0];
-    const Played first = played(job, folder().file("replay", text));
-    const Played again = played(job, folder().file("again", readtext(folder() / "record")));
-    return first == again ? "" : "the record gives another session";
+    const Played first = played(job, filed(text));
+    const Played again = played(job, filed(first.record));
+    const bool same =
+        first.status == again.status && first.trace == again.trace && first.dump == again.dump;
+    return same ? "" : "the record gives another session";
 }
 
 std::string playsvf(std::string_view text) {
     static const std::vector<Job> jobs = svfjobs();
     const Job& job = jobs[text.size() % jobs.size()];
-    folder().file("pldtmp.svf", text);
+    filed(text, "pldtmp.svf");
     Device device;
     device.shared = job.shared;
     const SvfCheck check = checksvf(logicdevice(device), text);
-    const bool failed =
-        runsession(job, replayed(folder().file("none", "")), {}) != exitstatus::well;
+    const bool failed = runsession(job, replayed(filed("", "none")), {}) != exitstatus::well;
     if (check.fault && !failed) return "passes although: " + check.reason;
     if (!check.fault && failed && check.rows == 0) return "fails although it compares nothing";
     return {};

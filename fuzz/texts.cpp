@@ -6,6 +6,7 @@
 #include <tuple>
 
 #include "fuzz/bytesource.h"
+#include "fuzz/filed.h"
 #include "fuzz/hostilemachine.h"
 #include "fuzz/sessions.h"
 #include "host/catalogue/catalogue.h"
@@ -22,21 +23,12 @@
 #include "plugin/clskeld2.h"
 #include "plugin/module.h"
 #include "sim/armalgorithm.h"
-#include "tests/common/madefolder.h"
 
 namespace keld2::fuzz {
 
 namespace {
 
 using namespace keld2::host;
-
-const test::MadeFolder& folder() {
-    static const test::MadeFolder made;
-    return made;
-}
-
-// The text as a file.
-std::filesystem::path filed(std::string_view text) { return folder().file("text", text); }
 
 bool same(const Image& a, const Image& b) {
     return a.entry == b.entry && a.header == b.header &&
@@ -97,7 +89,7 @@ std::string trace(std::string_view text) {
     showtrace(path, 9, words);
     if (!comparetraces(path, path, words)) return "a trace differs from itself";
     const auto longer =
-        folder().file("longer", std::string(text) + (text.ends_with('\n') ? "" : "\n") + "qrun\n");
+        filed(std::string(text) + (text.ends_with('\n') ? "" : "\n") + "qrun\n", "longer");
     return comparetraces(longer, path, words) ? "a trace is as one with a line more" : "";
 }
 
