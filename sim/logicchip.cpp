@@ -62,7 +62,7 @@ RegisterCells LogicChip::statuscells() const {
     return cells;
 }
 
-RegisterCells LogicChip::rowcells() {
+RegisterCells LogicChip::rowcells() const {
     RegisterCells cells(device_.width + device_.padding);
     if (programming_ && !secured() && address_ < device_.rows)
         for (std::size_t i = 0; i < device_.width; ++i)

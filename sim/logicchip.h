@@ -78,7 +78,7 @@ class LogicChip final : public TapChip {
     void idle(std::uint32_t instruction, std::int64_t microseconds) override;
 
     RegisterCells statuscells() const;
-    RegisterCells rowcells();
+    RegisterCells rowcells() const;
     RegisterCells emptyrow();
     void startpulse(bool wanted);
     void givepulse(std::uint32_t instruction);

@@ -1,6 +1,7 @@
 // Attaches a programmer of one's own to the installed plug-in: every call is printed, and a chip
 // id is read from it.
 #include <cstdio>
+#include <exception>
 #include <memory>
 
 #include "platform/numbers.h"
@@ -69,7 +70,7 @@ class NoTransport final : public keld2::UsbTransport {
 
 }  // namespace
 
-int main() {
+int main() try {
     keld2::PosixPlatform platform({.scope = "keld2-consumer-"});
     keld2::Module module(
         platform,
@@ -92,4 +93,7 @@ int main() {
     const std::u16string log = s.MainRtstr[0];
     std::fputs(keld2::utf8(log).c_str(), stdout);
     return s.prgresult[0] == 0 && log.find(u"5A   device 4107") != std::u16string::npos ? 0 : 1;
+} catch (const std::exception& fault) {
+    std::fprintf(stderr, "consumer: %s\n", fault.what());
+    return 1;
 }

@@ -145,7 +145,7 @@ bool MainWindow::ready(const std::vector<const host::Operation*>& steps) {
     return true;
 }
 
-void MainWindow::runsteps(std::vector<const host::Operation*> steps, bool sequence,
+void MainWindow::runsteps(const std::vector<const host::Operation*>& steps, bool sequence,
                           const QString& what) {
     if (!ready(steps)) return;
     running_ = true;

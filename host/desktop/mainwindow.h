@@ -55,7 +55,8 @@ class MainWindow final : public QMainWindow, private host::RunListener {
     void step(const std::string& caption) override;
     BoxAnswer box(const Box& box) override;
     bool stopasked() override { return stop_; }
-    void runsteps(std::vector<const host::Operation*> steps, bool sequence, const QString& what);
+    void runsteps(const std::vector<const host::Operation*>& steps, bool sequence,
+                  const QString& what);
     void take(const host::RunReport& report, const std::vector<const host::Operation*>& steps);
     bool ready(const std::vector<const host::Operation*>& steps);
 

@@ -135,13 +135,13 @@ void SharedVariables::releasebuffers() {
     ibuffer66.unmap();
 }
 
-// One line a block. NOLINTNEXTLINE(readability-function-size)
 AnyVariable SharedVariables::variable(std::string_view name) {
     for (std::size_t i = 0; i < blocktable.size(); ++i)
         if (blocktable[i].name == name) return variable(i);
     throw RunFault("no shared variable of this name", std::string(name));
 }
 
+// One line a block. NOLINTNEXTLINE(readability-function-size)
 AnyVariable SharedVariables::variable(std::size_t row) {
     const std::array<AnyVariable, blocktable.size()> members{&ibuf1,
                                                              &ubuf1,
