@@ -1,4 +1,5 @@
-// ByteSource: choices drawn from a fuzzer's bytes. When they run out every choice is the first.
+// ByteSource: choices drawn from a fuzzer's bytes. When they run out it goes on with numbers that
+// follow from them, so that a short input is a whole session too.
 #pragma once
 
 #include <cstdint>
@@ -15,8 +16,12 @@ class ByteSource {
     explicit ByteSource(std::span<const std::uint8_t> bytes) : bytes_(bytes) {}
 
     std::uint8_t byte() {
-        if (place_ == bytes_.size()) return 0;
-        return bytes_[place_++];
+        if (!empty()) {
+            state_ = (state_ ^ bytes_[place_]) * 1099511628211U;
+            return bytes_[place_++];
+        }
+        state_ = state_ * 6364136223846793005U + 1442695040888963407U;
+        return static_cast<std::uint8_t>(state_ >> 56);
     }
     std::uint32_t number() {
         std::uint32_t value = 0;
@@ -42,6 +47,7 @@ class ByteSource {
   private:
     std::span<const std::uint8_t> bytes_;
     std::size_t place_ = 0;
+    std::uint64_t state_ = 14695981039346656037U;  // of the bytes so far
 };
 
 }  // namespace keld2::fuzz
