@@ -70,6 +70,15 @@ struct Chip {
     SvfBench bench;
 };
 
+// How often the read-back was armed anew right behind a transfer.
+std::size_t rearmed(const SvfBench& bench) {
+    const auto calls = bench.calls();
+    std::size_t n = 0;
+    for (std::size_t i = 1; i < calls.size(); ++i)
+        if (calls[i - 1] == "usbbulkread 16385" && calls[i].starts_with("frame 10 16 64 ")) ++n;
+    return n;
+}
+
 void flipline(Bits& row, std::int32_t bit) {
     char& c = row[static_cast<std::size_t>(bit)];
     c = c == '1' ? '0' : '1';
@@ -145,6 +154,9 @@ TEST(RowComparison, FetchesStoredRowsByFurtherTransfers) {
     EXPECT_EQ(chip.bench.count("qrun"), 4U) << "engine, reset, device code, comparison";
     chip.bench.bulk[3].reset();
     EXPECT_EQ(chip.bench.play(text), 1) << "a failed further transfer";
+    flipline(chip.rows[41], chip.width - 1);
+    chip.answerall();
+    EXPECT_EQ(chip.bench.play(text), 1) << "the row across the end of the first block";
 }
 
 TEST(RowComparison, PassesOverRowsBehindTheFirstBlockThatWereNotStored) {
@@ -239,6 +251,7 @@ TEST(RowComparison, Of115869FusesComesOnceOnTheWay) {
         chip.answerall();
         EXPECT_EQ(chip.bench.play(text), 0);
         EXPECT_EQ(chip.bench.count("usbbulkread 16385"), 3U) << "in each operation";
+        EXPECT_EQ(rearmed(chip.bench), 2U) << "behind the device code and row 208";
     }
     std::string withdrive = text;
     withdrive.insert(text.rfind("SDR"), "SDR 8 TDI (00);\n");  // with 208 rows stored
@@ -315,6 +328,7 @@ TEST(RollingComparison, ComparesEveryWholeBitOfEveryReplay) {
         run.answer();
         EXPECT_EQ(run.bench.play(run.text), 0) << fuses;
         EXPECT_EQ(run.bench.count("usbbulkread 16385"), 4U) << "code, two on the way, the rest";
+        EXPECT_EQ(rearmed(run.bench), 3U) << "but not behind the rest";
         const auto lastwhole = static_cast<std::int32_t>(run.bitsof()) - 1;
         for (const std::size_t row :
              {std::size_t{0}, run.together() - 1, run.together(), count - 1}) {
