@@ -140,13 +140,13 @@ void edit_figkeld2::loadoptions() {
             selectoption(at((*byte & row.mask) != 0 ? row.set : row.clear));
 }
 
-char16_t edit_figkeld2::dokeypress(Control& box, char16_t character) {
-    if (!hexvalue(character)) return 0;
+bool edit_figkeld2::dokeypress(Control& box, char16_t character) {
+    if (!hexvalue(character)) return false;
     select(box, box.caret, 1);  // the digit overwrites the one after the caret
-    return character;
+    return true;
 }
 
-int edit_figkeld2::dokeydown(Control&, int code) { return code == keys::del ? 0 : code; }
+bool edit_figkeld2::dokeydown(Control&, int code) { return code != keys::del; }
 
 void edit_figkeld2::doclick(Control& button) {
     const bool ok = button.name == "OKButton";

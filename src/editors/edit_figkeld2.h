@@ -18,8 +18,8 @@ class edit_figkeld2 final : public Form {
 
   private:
     void doload() override;
-    char16_t dokeypress(Control& box, char16_t character) override;
-    int dokeydown(Control& box, int code) override;
+    bool dokeypress(Control& box, char16_t character) override;
+    bool dokeydown(Control& box, int code) override;
     void dotyped(Control&) override {}
     void doclick(Control& button) override;
 

@@ -98,19 +98,19 @@ void usercode0::fromtext() {
     settext(at("Text2"), digits);
 }
 
-char16_t usercode0::dokeypress(Control& box, char16_t character) {
+bool usercode0::dokeypress(Control& box, char16_t character) {
     const bool passes = box.name == "Text1"   ? character == u'0' || character == u'1'
                         : box.name == "Text2" ? hexvalue(character).has_value()
                                               : character != keys::backspace && character <= 255;
     if (!passes) {
         beep();
-        return 0;
+        return false;
     }
     select(box, box.caret, 1);  // the character overwrites the one after the caret
-    return character;
+    return true;
 }
 
-int usercode0::dokeydown(Control&, int code) { return code == keys::del ? 0 : code; }
+bool usercode0::dokeydown(Control&, int code) { return code != keys::del; }
 
 void usercode0::dotyped(Control& box) {
     if (box.name == "Text1") frombin();

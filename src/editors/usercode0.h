@@ -16,8 +16,8 @@ class usercode0 final : public Form {
 
   private:
     void doload() override;
-    char16_t dokeypress(Control& box, char16_t character) override;
-    int dokeydown(Control& box, int code) override;
+    bool dokeypress(Control& box, char16_t character) override;
+    bool dokeydown(Control& box, int code) override;
     void dotyped(Control& box) override;
     void doclick(Control& button) override;
 

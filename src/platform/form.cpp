@@ -87,27 +87,24 @@ void Form::load() { doload(); }
 
 bool Form::keypress(std::string_view name, char16_t character) {
     Control* box = reached(name, ControlKind::text);
-    if (box == nullptr || character == 0) return false;
-    const char16_t passed = dokeypress(*box, character);
-    if (passed == 0 || passed > lastcharacter) return false;
-    if (passed == keys::backspace)
+    const bool passed = box != nullptr && dokeypress(*box, character) && character <= lastcharacter;
+    if (!passed) return false;
+    if (character == keys::backspace)
         deletebackward(*box);
     else
-        replaceselection(*box, passed);
+        replaceselection(*box, character);
     dotyped(*box);
     return true;
 }
 
 bool Form::keydown(std::string_view name, int code) {
     Control* box = reached(name, ControlKind::text);
-    if (box == nullptr || code == 0) return false;
-    const int passed = dokeydown(*box, code);
-    if (passed == 0) return false;
-    if (passed == keys::del && box->caret < box->text.size()) {
+    if (box == nullptr || !dokeydown(*box, code)) return false;
+    if (code == keys::del && box->caret < box->text.size()) {
         deleteforward(*box);
         dotyped(*box);
     }
-    movecaret(*box, passed);
+    movecaret(*box, code);
     return true;
 }
 

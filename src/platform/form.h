@@ -65,7 +65,7 @@ class Form {
     int height() const { return height_; }  // of the whole window
     bool closed() const { return closed_; }
     bool accepted() const { return accepted_; }  // closed so that it has written
-    int beeps() const { return beeps_; }  // since the window was made
+    int beeps() const { return beeps_; }         // since the window was made
     const std::vector<Control>& controls() const { return controls_; }
     const Control* find(std::string_view name) const;     // nullptr: no such control
     const Control& control(std::string_view name) const;  // RunFault: no such control
@@ -108,10 +108,10 @@ class Form {
 
   private:
     virtual void doload() = 0;
-    // Answers the character that is let through, 0 for none; may change the box's selection.
-    virtual char16_t dokeypress(Control& box, char16_t character) = 0;
-    // Answers the key code that is let through, 0 for none.
-    virtual int dokeydown(Control& box, int code) = 0;
+    // Tells whether the character is let through; may change the box's selection.
+    virtual bool dokeypress(Control& box, char16_t character) = 0;
+    // Tells whether the key is let through.
+    virtual bool dokeydown(Control& box, int code) = 0;
     // A key that passed has done its work in the box.
     virtual void dotyped(Control& box) = 0;
     virtual void doclick(Control& button) = 0;

@@ -125,6 +125,21 @@ TEST(UserCode, TypingTextTakesShownSpacesAsCharacters) {
     });
 }
 
+// The character 0 is a key like any other: only Backspace is refused in the text.
+TEST(UserCode, TypingTheCharacterZero) {
+    Editing e(41, length);
+    fill(e, 0x41424344);
+    e.code([](Form& form) {
+        form.setselection("Text3", 1);
+        EXPECT_TRUE(form.keypress("Text3", 0));
+        expectviews(form, bits(0x41004344), u"4104344", std::u16string_view(u"A\0CD", 4), "text");
+        EXPECT_EQ(form.beeps(), 0);
+        for (const char* box : {"Text1", "Text2"}) EXPECT_FALSE(form.keypress(box, 0)) << box;
+        EXPECT_EQ(form.beeps(), 2);
+        EXPECT_TRUE(form.keydown("Text3", 0));
+    });
+}
+
 // With a digit missing the hexadecimal view can be filled up again.
 TEST(UserCode, ShortHexadecimalView) {
     Editing e(41, length);
