@@ -4,6 +4,7 @@
 //
 #include <commctrl.h>
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -19,7 +20,12 @@ constexpr UINT_PTR boxsubclass = 1;
 constexpr int combodrop = 6;  // heights of a combo that its open list may take
 constexpr int twipsperinch = 1440;
 
-std::wstring wide(const std::u16string& text) { return {text.begin(), text.end()}; }
+// As the system can show it: a text ends for it at a character 0, which so stands as a space.
+std::wstring wide(const std::u16string& text) {
+    std::wstring shown(text.begin(), text.end());
+    std::ranges::replace(shown, L'\0', L' ');
+    return shown;
+}
 
 // How the system makes a control of a kind.
 struct NativeKind {
@@ -218,7 +224,6 @@ class FormWindow {
     }
 
     void type(const Child& box, wchar_t character) {
-        if (character > 255) return;  // boxes hold ANSI characters
         takeselection(box);
         form_.keypress(box.name, static_cast<char16_t>(character));
         refresh();
@@ -247,7 +252,10 @@ class FormWindow {
                 return (type(*child, static_cast<wchar_t>(w)), true);
             case WM_PASTE:
                 return (paste(*child), true);
-            case WM_CUT:
+            case WM_CUT:  // these would change the box behind the form's back
+            case WM_CLEAR:
+            case WM_UNDO:
+            case EM_UNDO:
                 return true;
             case WM_KEYDOWN:
                 if (w != VK_DELETE) return false;
