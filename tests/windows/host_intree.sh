@@ -31,10 +31,12 @@ keld2 png -d logic-17200-a map map.jed map.png
 
 for job in jobs/*/; do
     job=$(basename "$job")
-    replay=()
-    [ -e "jobs/$job/replay.txt" ] && replay=(--replay "jobs/$job/replay.txt")
-    keld2 "job-$job" job "jobs/$job/job.toml" "${replay[@]:---replay=none.txt}" \
-        --trace "out/$job.trace" --record "out/$job.record"
+    files=jobs/$job
+    options=(--replay none.txt)
+    [ -e "$files/replay.txt" ] && options=(--replay "$files/replay.txt")
+    [ -e "$files/form.txt" ] && options+=(--form "$files/form.txt")
+    [ -e "$files/without.txt" ] && options+=(--trace-without "$(paste -sd, "$files/without.txt")")
+    keld2 "job-$job" job "$files/job.toml" "${options[@]}" --trace "out/$job.trace"
 done
 
 # With components that stand for the programmer's own.
