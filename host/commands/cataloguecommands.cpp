@@ -76,8 +76,9 @@ int list(const std::string& text, bool json) {
     for (const Device& device : found)
         std::cout << device.name << std::string(width + 2 - device.name.size(), ' ')
                   << device.description << '\n';
-    if (found.empty()) std::cerr << "keld2: no device matches \"" << text << "\"\n";
-    return found.empty() && status == exitstatus::well ? int{exitstatus::failed} : status;
+    if (!found.empty() || status != exitstatus::well) return status;
+    std::cerr << "keld2: no device matches \"" << text << "\"\n";
+    return exitstatus::failed;
 }
 
 int info(const std::string& name, bool json) {

@@ -178,7 +178,7 @@ class DeviceRun {
 
     RunReport::Outcome outcome() {
         using Outcome = RunReport::Outcome;
-        if (signs_.refused) return Outcome::refused;
+        if (signs_.refused) return platform_.boxanswered() ? Outcome::aborted : Outcome::refused;
         if (signs_.incomplete) return Outcome::incomplete;
         switch (s().prgresult.acquire(0)) {
             case exitstatus::stopped:

@@ -19,7 +19,7 @@ class Bench : public ::testing::Test {
         return arguments;
     }
     ProgramResult keld2(const std::vector<std::string>& arguments) const {
-        return runprogram(command(arguments));
+        return Program(command(arguments)).finish();
     }
     // The same for steps that are not what the test is about.
     void mustwork(const std::vector<std::string>& arguments) const {

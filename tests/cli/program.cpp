@@ -12,11 +12,11 @@
 
 namespace keld2::test {
 
-Program::Program(const std::vector<std::string>& arguments, On on, const Environment& environment) {
+Program::Program(const std::vector<std::string>& arguments, On on) {
     if (on == On::terminal)
-        startonterminal(arguments, environment);
+        startonterminal(arguments);
     else
-        startonpipes(arguments, environment);
+        startonpipes(arguments);
 }
 
 Program::~Program() {
@@ -28,10 +28,9 @@ Program::~Program() {
         if (stream->file >= 0) ::close(stream->file);
 }
 
-void Program::become(const std::vector<std::string>& arguments, const Environment& environment) {
+void Program::become(const std::vector<std::string>& arguments) {
     ::unsetenv("KELD2_DEVICE");
     ::setenv("KELD2_DEVICES", KELD2_TEST_DEVICES, 1);
-    for (const auto& [name, value] : environment) ::setenv(name.c_str(), value.c_str(), 1);
     std::vector<char*> list{const_cast<char*>(KELD2_PROGRAM)};
     for (const std::string& argument : arguments)
         list.push_back(const_cast<char*>(argument.c_str()));
@@ -40,8 +39,7 @@ void Program::become(const std::vector<std::string>& arguments, const Environmen
     ::_exit(127);
 }
 
-void Program::startonpipes(const std::vector<std::string>& arguments,
-                           const Environment& environment) {
+void Program::startonpipes(const std::vector<std::string>& arguments) {
     std::array<int, 2> out{}, err{};
     if (::pipe(out.data()) != 0 || ::pipe(err.data()) != 0) throw std::runtime_error("no pipe");
     process_ = ::fork();
@@ -50,7 +48,7 @@ void Program::startonpipes(const std::vector<std::string>& arguments,
         ::dup2(err[1], STDERR_FILENO);
         for (const int file : {out[0], out[1], err[0], err[1]}) ::close(file);
         ::close(STDIN_FILENO);
-        become(arguments, environment);
+        become(arguments);
     }
     ::close(out[1]);
     ::close(err[1]);
@@ -58,10 +56,9 @@ void Program::startonpipes(const std::vector<std::string>& arguments,
     err_.file = err[0];
 }
 
-void Program::startonterminal(const std::vector<std::string>& arguments,
-                              const Environment& environment) {
+void Program::startonterminal(const std::vector<std::string>& arguments) {
     process_ = ::forkpty(&out_.file, nullptr, nullptr, nullptr);
-    if (process_ == 0) become(arguments, environment);
+    if (process_ == 0) become(arguments);
 }
 
 // One piece of output; false when both streams have ended.
@@ -108,11 +105,6 @@ ProgramResult Program::finish() {
     return {.status = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status),
             .out = out_.text,
             .err = err_.text};
-}
-
-ProgramResult runprogram(const std::vector<std::string>& arguments,
-                         const Environment& environment) {
-    return Program(arguments, Program::On::pipes, environment).finish();
 }
 
 }  // namespace keld2::test

@@ -15,15 +15,12 @@ struct ProgramResult {
     std::string err;  // on a terminal: empty, since both arrive in out
 };
 
-using Environment = std::vector<std::pair<std::string, std::string>>;
-
 // A keld2 under way. Its output is collected while somebody waits for it.
 class Program {
   public:
     enum class On { pipes, terminal };
 
-    explicit Program(const std::vector<std::string>& arguments, On on = On::pipes,
-                     const Environment& environment = {});
+    explicit Program(const std::vector<std::string>& arguments, On on = On::pipes);
     ~Program();
     Program(const Program&) = delete;
     Program& operator=(const Program&) = delete;
@@ -39,17 +36,13 @@ class Program {
         int file = -1;
         std::string text = {};
     };
-    [[noreturn]] static void become(const std::vector<std::string>& arguments,
-                                    const Environment& environment);
-    void startonpipes(const std::vector<std::string>& arguments, const Environment& environment);
-    void startonterminal(const std::vector<std::string>& arguments, const Environment& environment);
+    [[noreturn]] static void become(const std::vector<std::string>& arguments);
+    void startonpipes(const std::vector<std::string>& arguments);
+    void startonterminal(const std::vector<std::string>& arguments);
     bool collect();
 
     pid_t process_ = -1;
     Stream out_, err_;
 };
-
-ProgramResult runprogram(const std::vector<std::string>& arguments,
-                         const Environment& environment = {});
 
 }  // namespace keld2::test

@@ -1,4 +1,4 @@
-// What is written where, on a terminal and off it.
+// What somebody at a terminal sees and is asked.
 #include "cli/bench.h"
 
 namespace keld2::test {
@@ -6,29 +6,8 @@ namespace {
 
 using ::testing::HasSubstr;
 using ::testing::Not;
-using ::testing::StartsWith;
 
 class Terminal : public Bench {};
-
-TEST_F(Terminal, PipedProgressIsPlainLines) {
-    const ProgramResult result = keld2({"program", hex("a.hex", {{0, {1}}})});
-    EXPECT_EQ(result.out, "");
-    EXPECT_THAT(result.err, HasSubstr("\n 50 % Program ...\n"));
-    EXPECT_THAT(result.err, Not(HasSubstr("\r")));
-    EXPECT_THAT(keld2({"blank", "--progress", "none"}).err, Not(HasSubstr(" % ")));
-}
-
-TEST_F(Terminal, TheProgrammerIsNamedWheneverNobodyHasChosenIt) {
-    const std::string named = "keld2: simulated programmer, ";
-    EXPECT_THAT(keld2({"erase"}).err, StartsWith(named + "the chip is kept in " + chip().string()));
-    EXPECT_EQ(keld2({"erase", "--quiet"}).err, "");
-    EXPECT_EQ(runprogram({"-d", "serial-2k", "erase", "--quiet"}).err,
-              named + "a fresh chip that is not kept (-p sim:image=FILE keeps it)\n");
-}
-
-TEST_F(Terminal, TheLogSpeaksTheLanguageThatIsAsked) {
-    EXPECT_THAT(keld2({"erase", "--language", "it"}).err, HasSubstr(">>Cancellazione ...\n"));
-}
 
 TEST_F(Terminal, ProgressIsABarThatGoesAway) {
     Program program(command({"program", hex("a.hex", {{0, {1}}})}), Program::On::terminal);
@@ -59,6 +38,30 @@ TEST_F(Terminal, AnInterruptAtAQuestionTakesTheSafeAnswer) {
     EXPECT_THAT(result.out, HasSubstr("keld2: answered with abort"));
     EXPECT_THAT(result.out, Not(HasSubstr("Erase OK")));
     EXPECT_EQ(result.status, 1);
+}
+
+class TerminalSvf : public Bench {
+  protected:
+    TerminalSvf() { device_ = "logic-16160"; }
+    Program played(const std::string& text, std::vector<std::string> more = {}) const {
+        more.insert(more.begin(), {"play", folder_.file("text.svf", text).string()});
+        return Program(command(more), Program::On::terminal);
+    }
+};
+
+TEST_F(TerminalSvf, PlayAsksBeforeATextThatLosesStatements) {
+    for (const auto& [answer, status] : {std::pair{"ok\n", 0}, std::pair{"cancel\n", 65}}) {
+        Program asked = played(" SIR 8 TDI (16);\n");
+        ASSERT_TRUE(asked.waitfor("ok, cancel?"));
+        asked.type(answer);
+        EXPECT_EQ(asked.finish().status, status) << answer;
+    }
+}
+
+TEST_F(TerminalSvf, AFailureIsExplainedUnlessNotWanted) {
+    const std::string text = "SDR 32 TDI (00000000) TDO (00000000) MASK (00000100);\n";
+    EXPECT_THAT(played(text).finish().out, HasSubstr("bit 8: expected 0, read 1"));
+    EXPECT_THAT(played(text, {"--no-explain"}).finish().out, Not(HasSubstr("bit 8")));
 }
 
 }  // namespace
