@@ -1,4 +1,4 @@
-// The replay: its text, its answers, its time, and the waits that it gives up.
+// The replay: its answers, its time, and the waits that it gives up.
 #include <gmock/gmock.h>
 
 #include "common/madefolder.h"
@@ -15,57 +15,6 @@ namespace {
 
 using namespace keld2;
 using namespace keld2::host;
-
-struct WrongReplay {
-    const char* text;
-    const char* message;  // behind the file's name
-};
-
-class RefusedReplay : public testing::TestWithParam<WrongReplay> {};
-
-TEST_P(RefusedReplay, SaysLineAndWhatWasExpected) {
-    const test::MadeFolder folder;
-    const auto path = folder.file("r", GetParam().text);
-    try {
-        readreplay(path, folder / "");
-        FAIL() << "not refused";
-    } catch (const HostError& error) {
-        EXPECT_EQ(error.status(), exitstatus::data);
-        EXPECT_EQ(error.what(), path.string() + GetParam().message);
-    }
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Replays, RefusedReplay,
-    testing::Values(
-        WrongReplay{"readycheck 0\n\n# well\nregread x\n",
-                    ":4: \"x\" cannot be used, expected a number from 0 to 255"},
-        WrongReplay{"regread 256", ":1: \"256\" cannot be used, expected a number from 0 to 255"},
-        WrongReplay{"regread", ":1: \"\" cannot be used, expected a number from 0 to 255"},
-        WrongReplay{"regread 1 2", ":1: \"2\" stands behind the answer, expected nothing"},
-        WrongReplay{"regread *1", ":1: \"*1\" cannot be used, expected a number from 0 to 255"},
-        WrongReplay{"stop -1",
-                    ":1: \"-1\" cannot be used, expected a number from 0 to 9223372036854775807"},
-        WrongReplay{"transferwait yes",
-                    ":1: \"yes\" is no answer of transferwait, expected ok HEX or fail"},
-        WrongReplay{"transferwait ok 6",
-                    ":1: \"6\" is no hexadecimal text, expected two digits for each byte"},
-        WrongReplay{"transferwait ok 000102030405060708090a0b0c0d0e0f1011121314",
-                    ":1: 21 bytes, expected at most 20"},
-        WrongReplay{"usbbulkread * fill 300",
-                    ":1: \"300\" cannot be used, expected a number from 0 to 255"},
-        WrongReplay{"usbbulkread file", ":1: the file's name is missing, expected file PATH"},
-        WrongReplay{
-            "usbbulkread hangs",
-            ":1: \"hangs\" is no answer of usbbulkread, expected ok HEX, fill N, file PATH, "
-            "fail or hang"},
-        WrongReplay{"messagebox yes",
-                    ":1: \"yes\" is no answer of a box, expected ok, cancel, abort, retry or "
-                    "ignore"},
-        WrongReplay{"regwrite 1",
-                    ":1: \"regwrite\" is no operation with an answer, expected readycheck, "
-                    "modeselect, modeselect2, modeselect3, armready, regread, transferwait, "
-                    "usbcomwrite, usbbulkwrite, usbbulkread, messagebox or stop"}));
 
 // A replayed programmer with the host's side of a session.
 class Replayed {
