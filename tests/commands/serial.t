@@ -137,8 +137,9 @@ Read never covers a file unasked, and a failed read leaves none:
   mine
   ls: cannot access 'chip': No such file or directory
   [2]
-  $ on -q read out.bin --force; wc -c <out.bin
+  $ mkdir fresh; on -q read fresh/new.bin; on -q read out.bin --force; wc -c <out.bin; ls fresh
   2082
+  new.bin
   $ fault=bulkfail
   $ on -q read new.bin; ls new.bin
   keld2: serial-2k: a transfer timed out in read at 98 %

@@ -2,8 +2,6 @@
 
 #include <gmock/gmock.h>
 
-#include "common/refusal.h"
-
 namespace keld2::host {
 namespace {
 
@@ -50,34 +48,6 @@ TEST(IntelHex, AddressesFollowTheExtendedAddressRecords) {
 TEST(IntelHex, StartAddressesAreKept) {
     EXPECT_EQ(read(":0400000310003800B1\n:0100000055AA\n" + std::string(end)).entry, 0x13800u);
     EXPECT_EQ(read(":04000005000000CD2A\n:0100000055AA\n" + std::string(end)).entry, 0xCDu);
-}
-
-TEST(IntelHex, WhatIsWrongIsSaidWithItsLine) {
-    const RefusedCase cases[] = {
-        {"checksum", ":0100000055AB\n", "a.hex:1: checksum is AB, expected AA"},
-        {"odd digits", ":0100000055A\n",
-         "a.hex:1: record has 11 hexadecimal digits, expected an even number"},
-        {"no digit", ":01000G0055AA\n", "a.hex:1: 'G' in column 7, expected a hexadecimal digit"},
-        {"no colon", "\n0100000055AA\n", "a.hex:2: '0' begins the record, expected ':'"},
-        {"short", ":010000\n", "a.hex:1: record has 3 bytes, expected at least 5"},
-        {"cut", ":0200000055A9\n", "a.hex:1: record holds 1 data byte, its length byte says 2"},
-        {"type", ":0100000655A4\n", "a.hex:1: record type 06, expected 00 to 05"},
-        {"length of a type", ":0100000400FB\n",
-         "a.hex:1: record of type 04 holds 1 data byte, expected 2"},
-        {"no end", ":0100000055AA\n",
-         "a.hex: the file ends without an end-of-file record (:00000001FF)"},
-        {"behind the end", ":0100000055AA\n:00000001FF\n:0100010055A9\n",
-         "a.hex:3: text behind the end-of-file record"},
-        {"overlap", ":020000000102FB\n:0100010055A9\n:00000001FF\n",
-         "a.hex:2: address 0001 was already given in line 1"},
-        {"overlap, lower address later", ":0100010055A9\n:020000000102FB\n:00000001FF\n",
-         "a.hex:2: address 0001 was already given in line 1"},
-        {"beyond 32 bits", ":02000004FFFFFC\n:02FFFF000102FD\n:00000001FF\n",
-         "a.hex:2: data from address FFFFFFFF on go beyond FFFFFFFF"},
-        {"no data", end, "a.hex: the file holds no data"},
-    };
-    for (const RefusedCase& c : cases)
-        EXPECT_EQ(refusalof([&] { read(c.text); }), c.message) << c.what;
 }
 
 TEST(IntelHex, WhatIsWrittenIsReadBack) {
