@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <initializer_list>
 #include <memory>
 #include <span>
 #include <thread>
@@ -36,10 +35,9 @@ class SimBench {
         }
         return BulkState::running;
     }
-    void frame(std::initializer_list<std::uint8_t> bytes) {
-        std::vector<std::uint8_t> whole(bytes);
-        whole.resize(std::max<std::size_t>(whole.size(), 8));
-        EXPECT_EQ(usb->usbcomwrite(whole), 0);
+    void frame(std::vector<std::uint8_t> bytes) {
+        bytes.resize(std::max<std::size_t>(bytes.size(), 8));
+        EXPECT_EQ(usb->usbcomwrite(bytes), 0);
     }
 
     test::TestMachine machine;
