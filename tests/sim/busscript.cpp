@@ -29,12 +29,14 @@ void writeout(const std::string& word, Words& list) {
     }
 }
 
-// The block that a line begins.
-BusBlock& begin(BusScript& script, const std::string& kind, const std::string& title) {
-    if (kind == "to") return script.routines[split(title).at(0)];
-    if (kind == "case") return script.cases.emplace_back();
-    if (kind == "refused") return script.refusals.emplace_back();
-    throw std::runtime_error("'" + kind + "' begins no block");
+// The block that a line begins; nullptr: that of the chip.
+BusBlock* begin(BusScript& script, const Words& words) {
+    if (words[0] == "to") return &script.routines[words.at(1)];
+    if (words[0] == "case") return &script.cases.emplace_back();
+    if (words[0] == "refused") return &script.refusals.emplace_back();
+    if (words[0] != "chip") throw std::runtime_error("'" + words[0] + "' begins no block");
+    script.chip.kind = words.at(1);
+    return nullptr;
 }
 
 }  // namespace
@@ -54,22 +56,21 @@ Words expanded(const Words& words, const Words& arguments) {
 }
 
 void setvalue(sim::ChipSpec& chip, const Words& words) {
+    const std::string& key = words[0];
+    chip.values.erase(key);
+    if (words.size() == 1) return;
     std::vector<std::int64_t> numbers;
-    if (words.at(0) == "kind") {
-        chip.kind = words.at(1);
-        return;
-    }
-    chip.values.erase(words[0]);
-    if (words.size() < 2) return;
-    if (words[1].starts_with('\'')) {
-        chip.values[words[0]] = words[1];
-        return;
-    }
-    for (std::size_t i = 1; i < words.size(); ++i) numbers.push_back(std::stoll(words[i], {}, 0));
-    if (numbers.size() == 1)
-        chip.values[words[0]] = numbers[0];
+    if (key == "kind")
+        chip.kind = words[1];
+    else if (words[1].starts_with('\''))
+        chip.values[key] = words[1];
     else
-        chip.values[words[0]] = numbers;
+        for (const std::string& word : words)
+            if (&word != &key) numbers.push_back(std::stoll(word, {}, 0));
+    if (numbers.size() == 1)
+        chip.values[key] = numbers[0];
+    else if (!numbers.empty())
+        chip.values[key] = numbers;
 }
 
 BusScript readscript(const std::filesystem::path& file) {
@@ -77,28 +78,23 @@ BusScript readscript(const std::filesystem::path& file) {
     script.name = file.stem().string();
     script.chip.device = "test";
     std::ifstream in(file);
-    BusBlock* block = nullptr;  // nullptr: the lines are the chip's
+    BusBlock* block = nullptr;
     int number = 0;
     for (std::string line; std::getline(in, line);) {
         ++number;
         const Words words = split(line);
         if (words.empty()) continue;
-        if (line[0] == ' ') {
-            if (block != nullptr)
-                block->lines.push_back({number, words});
-            else
-                setvalue(script.chip, words);
-            continue;
+        if (line[0] != ' ') {
+            block = begin(script, words);
+            if (block != nullptr) {
+                block->title = line.substr(line.find(' ') + 1);
+                block->number = number;
+            }
+        } else if (block != nullptr) {
+            block->lines.push_back({number, words});
+        } else {
+            setvalue(script.chip, words);
         }
-        const std::string title = line.substr(std::min(words[0].size() + 1, line.size()));
-        block = nullptr;
-        if (words[0] == "chip") {
-            script.chip.kind = title;
-            continue;
-        }
-        block = &begin(script, words[0], title);
-        block->title = title;
-        block->number = number;
     }
     return script;
 }

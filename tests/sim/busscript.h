@@ -3,7 +3,8 @@
 // A line that is not indented begins a block, and the indented lines behind it are its own:
 //   chip KIND          what sits in the socket of all cases: a key and its value, or values, a line
 //   to NAME            a routine of steps; $1 is its first argument, $2* all from the second one on
-//   case TITLE         steps for a fresh chip; "fault TEXT" makes it (or its programmer) a bad one
+//   case TITLE         steps for a fresh chip; "fault TEXT" makes it (or its programmer) a bad one,
+//                      "chip KEY VALUE" another one
 //   refused MESSAGE    what a chip is refused with that has these values in place of the chip's own
 // A step is a word with its arguments, and behind -> what it has to answer (see busplayer.cpp), or
 // the name of a routine with its arguments, or "each ROUTINE ARGUMENT..." to call it for each.
@@ -40,7 +41,7 @@ struct BusScript {
     std::vector<BusBlock> refusals;
 };
 
-// Throws std::runtime_error with file and line.
+// Throws std::runtime_error for a line that begins no block.
 BusScript readscript(const std::filesystem::path& file);
 // The words with the arguments of the routine that they stand in, and lists written out.
 Words expanded(const Words& words, const Words& arguments);

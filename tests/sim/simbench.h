@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <atomic>
 #include <chrono>
 #include <memory>
 #include <span>
@@ -20,7 +21,7 @@ namespace keld2::test {
 
 class SimBench {
   public:
-    explicit SimBench(sim::SimSetting setting) : programmer(std::move(setting)) {
+    explicit SimBench(sim::SimSetting setting) : programmer(waking(std::move(setting))) {
         s.map(0, [] { throw RunFault("no memory"); });
     }
 
@@ -40,11 +41,20 @@ class SimBench {
         EXPECT_EQ(usb->usbcomwrite(bytes), 0);
     }
 
+    std::atomic<int> woken{0};  // by threads of the programmer
     test::TestMachine machine;
     SharedVariables s{machine.memory(), machine.strings()};
     sim::SimProgrammer programmer;
     std::unique_ptr<DevCore> d = programmer.devcore(s);
     std::unique_ptr<UsbTransport> usb = programmer.transport();
+
+  private:
+    sim::SimSetting waking(sim::SimSetting setting) {
+        setting.wake = [this, own = std::this_thread::get_id()] {
+            if (std::this_thread::get_id() != own) ++woken;
+        };
+        return setting;
+    }
 };
 
 }  // namespace keld2::test
