@@ -13,7 +13,6 @@
 #include "host/os/terminal.h"
 #include "host/programmer/hardware.h"
 #include "host/run/devicedata.h"
-#include "host/svf/svftask.h"
 #include "host/wave/waveprogrammer.h"
 
 namespace keld2::host {
@@ -115,7 +114,7 @@ class DeviceCommand {
         const RunRequest request{.device = device_,
                                  .steps = steps_,
                                  .sequence = job_.sequence,
-                                 .data = data_ ? data_->parts : std::vector<BufferPart>{},
+                                 .data = parts(),
                                  .language = language_,
                                  .simulated = choice.simulated,
                                  .blocks = blocksof(choice),
@@ -128,31 +127,14 @@ class DeviceCommand {
 
     // What the plug-in plays in each step, for devices that are worked by SVF texts.
     std::vector<std::string> texts() const {
-        if (!job_.svf.empty()) return {readtext(filenamed(job_.svf))};
-        if (!playssvf(device_)) return {};
-        const LogicDevice logic = logicdevice(device_);
-        const std::vector<std::uint8_t> cells = cellsfrom(data_);
-        std::vector<std::string> list;
-        for (const Operation* step : steps_)
-            list.push_back(makesvf(logic, tasknamed(step->name).value(), cells));
-        return list;
+        if (svf()) return {readtext(filenamed(*svf()))};
+        return playedtexts(device_, steps_, parts());
     }
-
-    // Names the mismatches at which the last text ended.
-    Explanation explain(const RunReport& report) const {
-        constexpr std::size_t mostlines = 256;
-        if (report.outcome != RunReport::Outcome::failed || report.readbacks.empty()) return {};
-        const std::size_t last = report.readbacks.size() - 1;
-        const LogicDevice logic = logicdevice(device_);
-        const bool own = job_.svf.empty();
-        Explanation explanation{.text = own ? "pldtmp.svf" : job_.svf, .lines = {}};
-        for (const SvfMismatch& one : explainsvf(logic, texts_[last], report.readbacks[last])) {
-            if (++explanation.count > mostlines) continue;
-            const bool ofmap = own && !one.code;
-            explanation.lines.push_back(
-                {one, ofmap ? cellof(logic, one.row, one.bit) : std::nullopt});
-        }
-        return explanation;
+    std::optional<std::string> svf() const {
+        return job_.svf.empty() ? std::nullopt : std::optional(job_.svf);
+    }
+    std::vector<BufferPart> parts() const {
+        return data_ ? data_->parts : std::vector<BufferPart>{};
     }
     bool explains() const {
         return options_.explain.value_or(os::isterminal(os::Stream::output)) && !options_.json;
@@ -163,7 +145,7 @@ class DeviceCommand {
                          .steps = steps_,
                          .report = report,
                          .differences = differencesin(report.log),
-                         .explanation = explain(report),
+                         .explanation = explain(device_, texts_, report, svf()),
                          .file = job_.file,
                          .seconds = seconds_};
         const int status = result.status();

@@ -121,20 +121,6 @@ std::string summaryof(const RunResult& result) {
     return device + names(result.steps, result.steps.size()) + " ended well";
 }
 
-std::string told(const Explanation& explanation) {
-    std::ostringstream text;
-    for (const auto& [one, fuse] : explanation.lines) {
-        text << explanation.text << ':' << one.line << ": " << (one.code ? "device code, " : "")
-             << "row " << one.row << ", bit " << one.bit << ": expected " << one.expected
-             << ", read " << one.read;
-        if (fuse) text << " (fuse " << *fuse << ')';
-        text << '\n';
-    }
-    if (const std::size_t more = explanation.count - explanation.lines.size(); more > 0)
-        text << explanation.text << ": and " << counted(more, "more bit") << '\n';
-    return text.str();
-}
-
 std::string jsonof(const RunResult& result) {
     ordered_json steps = ordered_json::array();
     for (const Operation* step : result.steps) steps.push_back(step->name);

@@ -1,13 +1,11 @@
 // What a run came to, in words and as JSON.
 #pragma once
 
-#include <cstdint>
-#include <optional>
 #include <string>
 #include <vector>
 
 #include "host/run/devicerun.h"
-#include "host/svf/svfexplain.h"
+#include "host/svf/playedtexts.h"
 
 namespace keld2::host {
 
@@ -17,17 +15,6 @@ struct Difference {
     std::string address;  // digits as they stand: hexadecimal of bytes, decimal of fuses
     std::string chip;
     std::string buffer;
-};
-
-// Why the comparison of a played text has failed.
-struct Explanation {
-    struct Line {
-        SvfMismatch mismatch;
-        std::optional<std::int64_t> fuse;  // of the fuse map, where it is known
-    };
-    std::string text;         // name of the text that was played
-    std::vector<Line> lines;  // the first ones
-    std::size_t count = 0;    // of all mismatches
 };
 
 std::vector<Difference> differencesin(const std::vector<std::string>& log);
@@ -47,8 +34,6 @@ struct RunResult {
 
 // "serial-4k: program ended well", "serial-4k: stopped in program at 43 %, done: erase, blank".
 std::string summaryof(const RunResult& result);
-// A line a mismatch: "pldtmp.svf:17: row 3, bit 5: expected 1, read 0 (fuse 409)".
-std::string told(const Explanation& explanation);
 std::string jsonof(const RunResult& result);
 
 }  // namespace keld2::host

@@ -48,8 +48,9 @@ int make(const Arguments& arguments, const DeviceOptions& options) {
     if (needsdata(*task) && arguments.data.empty())
         throw HostError(exitstatus::usage,
                         "no DATA, expected the file with the chip's content for " + arguments.task);
-    std::optional<DeviceData> data;
-    if (needsdata(*task)) data = loaddata(device, filenamed(arguments.data), fileformat(options));
+    std::vector<BufferPart> data;
+    if (needsdata(*task))
+        data = loaddata(device, filenamed(arguments.data), fileformat(options)).parts;
     const std::string text = makesvf(logic, *task, cellsfrom(data), *layout);
     if (arguments.file.empty())
         std::cout << text;

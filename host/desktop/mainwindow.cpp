@@ -23,6 +23,7 @@
 #include "host/desktop/runpanel.h"
 #include "host/desktop/steplist.h"
 #include "host/hosterror.h"
+#include "host/svf/playedtexts.h"
 
 namespace keld2::desktop {
 
@@ -156,14 +157,18 @@ void MainWindow::runsteps(const std::vector<const host::Operation*>& steps, bool
     auto outcome = host::RunReport::Outcome::failed;
     QString complaint;
     try {
-        const host::RunReport report = host::runondevice({.device = work_.device(),
-                                                          .steps = steps,
-                                                          .sequence = sequence,
-                                                          .data = work_.parts(),
-                                                          .language = language_},
-                                                         programmer_(work_.device()), *this);
+        const host::RunRequest request{
+            .device = work_.device(),
+            .steps = steps,
+            .sequence = sequence,
+            .data = work_.parts(),
+            .language = language_,
+            .simulated = true,
+            .texts = host::playedtexts(work_.device(), steps, work_.parts())};
+        const host::RunReport report =
+            host::runondevice(request, programmer_(work_.device()), *this);
         outcome = report.outcome;
-        take(report, steps);
+        take(report, request);
     } catch (const std::exception& error) {
         complaint = QString::fromUtf8(error.what());
     }
@@ -174,22 +179,26 @@ void MainWindow::runsteps(const std::vector<const host::Operation*>& steps, bool
     if (closing_) close();
 }
 
-void MainWindow::take(const host::RunReport& report,
-                      const std::vector<const host::Operation*>& steps) {
+void MainWindow::take(const host::RunReport& report, const host::RunRequest& request) {
     const bool well = report.outcome == host::RunReport::Outcome::well;
-    for (const host::Operation* step : steps)
+    for (const host::Operation* step : request.steps)
         if (step->name == "read" && well) work_.setbuffer(report.buffer);
-    const host::Content content = work_.device().content;
-    const auto differences = Workspace::differences(report.log, content);
+    auto differences = Workspace::differences(report.log, work_.device().content);
+    const host::Explanation why = host::explain(work_.device(), request.texts, report);
+    if (why.count > 0) log_->appendPlainText(QString::fromStdString(host::told(why)).trimmed());
+    for (const auto& line : why.lines)
+        if (line.fuse) differences.insert(*line.fuse);
     showbuffer(differences);
-    if (!differences.empty())
-        statusBar()->showMessage(
-            QString("%1 differences against the chip, the first at %2")
-                .arg(differences.size())
-                .arg(QString("%1")
-                         .arg(*differences.begin(), 6, content == host::Content::fuses ? 10 : 16,
-                              QLatin1Char('0'))
-                         .toUpper()));
+    if (!differences.empty()) telldifferences(differences);
+}
+
+void MainWindow::telldifferences(const std::set<std::int64_t>& differences) {
+    const bool fuses = work_.device().content == host::Content::fuses;
+    const QString first =
+        QString("%1").arg(*differences.begin(), 6, fuses ? 10 : 16, QLatin1Char('0'));
+    statusBar()->showMessage(QString("%1 differences against the chip, the first at %2")
+                                 .arg(differences.size())
+                                 .arg(first.toUpper()));
 }
 
 void MainWindow::logline(const std::string& line) {

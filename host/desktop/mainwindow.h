@@ -28,7 +28,7 @@ class MainWindow final : public QMainWindow, private host::RunListener {
     Q_OBJECT
 
   public:
-    // Gives the programmer with the device's chip in its socket; may throw HostError.
+    // Gives a simulated programmer with the device's chip in its socket; may throw HostError.
     using Programmer = std::function<host::ProgrammerFactory(const host::Device& device)>;
 
     // settings: what is kept between sessions; must outlive the window.
@@ -57,7 +57,8 @@ class MainWindow final : public QMainWindow, private host::RunListener {
     bool stopasked() override { return stop_; }
     void runsteps(const std::vector<const host::Operation*>& steps, bool sequence,
                   const QString& what);
-    void take(const host::RunReport& report, const std::vector<const host::Operation*>& steps);
+    void take(const host::RunReport& report, const host::RunRequest& request);
+    void telldifferences(const std::set<std::int64_t>& differences);
     bool ready(const std::vector<const host::Operation*>& steps);
 
     // --- of the window

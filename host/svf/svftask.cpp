@@ -164,10 +164,9 @@ bool needsdata(SvfTask task) {
     return false;
 }
 
-std::vector<std::uint8_t> cellsfrom(const std::optional<DeviceData>& data) {
+std::vector<std::uint8_t> cellsfrom(const std::vector<BufferPart>& parts) {
     std::vector<std::uint8_t> cells;
-    if (!data) return cells;
-    for (const BufferPart& part : data->parts) {
+    for (const BufferPart& part : parts) {
         const auto end = static_cast<std::size_t>(part.offset) + part.bytes.size();
         if (cells.size() < end) cells.resize(end, '1');
         std::copy(part.bytes.begin(), part.bytes.end(),

@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "host/run/devicedata.h"
+#include "host/run/devicerun.h"
 #include "host/svf/logicdevice.h"
 #include "host/svf/svfstatements.h"
 
@@ -19,8 +19,8 @@ std::optional<SvfTask> tasknamed(std::string_view name);
 std::string tasknames();  // "id, blank, ..."
 bool needsdata(SvfTask task);
 
-// The cells of a fuse map; none without data.
-std::vector<std::uint8_t> cellsfrom(const std::optional<DeviceData>& data);
+// The cells of a fuse map; none without parts.
+std::vector<std::uint8_t> cellsfrom(const std::vector<BufferPart>& parts);
 
 // The text of a task: the device code is checked, the work done, and the rows are read back. cells:
 // the characters '0' and '1' of the fuse map, row by row; those that it lacks count as '1'. Throws

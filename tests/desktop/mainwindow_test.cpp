@@ -107,6 +107,31 @@ TEST_F(MainWindowTest, SequenceRunsTheMarkedSteps) {
         EXPECT_TRUE(log(*w).contains(step)) << step;
 }
 
+TEST_F(MainWindowTest, WorksEveryKindOfDevice) {
+    const auto w = window();
+    for (const char* device :
+         {"serial-4k", "parallel-byte-64k", "logic-17200-c", "logic-8160", "arm-a-64k"}) {
+        std::filesystem::remove(folder_ / "chip");
+        w->choose(device);
+        click(*w, "blank");
+        EXPECT_EQ(result(*w), "Blank Check ended well") << device << log(*w).toStdString();
+    }
+}
+
+TEST_F(MainWindowTest, FailedTextIsExplainedByItsFuses) {
+    const auto w = window();
+    w->choose("logic-8160");
+    const std::string map =
+        "\x02*QF8160*F0*\x03"
+        "0000\n";
+    w->open(QString::fromStdString(folder_.file("map.jed", map).string()));
+    click(*w, "verify");
+    EXPECT_EQ(result(*w), "Verify failed; the log tells where");
+    EXPECT_TRUE(log(*w).contains("row 3, bit 5: expected 0, read 1 (fuse 165)"))
+        << log(*w).toStdString();
+    EXPECT_TRUE(log(*w).endsWith("more bits")) << "a blank chip, of which 256 are named";
+}
+
 TEST_F(MainWindowTest, StopInTheMiddle) {
     const auto w = window();
     w->open(file_);

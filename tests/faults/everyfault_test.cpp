@@ -10,7 +10,7 @@
 #include "host/catalogue/catalogue.h"
 #include "host/programmer/programmer.h"
 #include "host/run/devicerun.h"
-#include "host/svf/svftask.h"
+#include "host/svf/playedtexts.h"
 
 namespace keld2::test {
 namespace {
@@ -49,7 +49,7 @@ class EveryFault : public ::testing::TestWithParam<const char*> {
                                        .steps = {&operation},
                                        .data = operation.needsdata ? data() : Parts{},
                                        .simulated = true,
-                                       .texts = texts(operation)};
+                                       .texts = host::playedtexts(device_, {&operation}, data())};
         SilentListener listener;
         const RunReport report = runondevice(
             request, faulty(simulated({.image = chip_, .faults = {}}, device_), plan, watch_),
@@ -125,14 +125,6 @@ class EveryFault : public ::testing::TestWithParam<const char*> {
             if (range.writtenby == "program") parts.push_back(part);
         }
         return parts;
-    }
-
-  private:
-    std::vector<std::string> texts(const host::Operation& operation) const {
-        if (!host::playssvf(device_)) return {};
-        std::vector<std::uint8_t> cells;
-        for (const host::BufferPart& part : data()) cells = part.bytes;
-        return {makesvf(host::logicdevice(device_), *host::tasknamed(operation.name), cells)};
     }
 
   protected:
