@@ -10,8 +10,6 @@
 namespace keld2::host {
 namespace {
 
-using ::testing::ElementsAre;
-
 constexpr std::string_view chiptext =
     "description = \"a chip\"\noperations = [\"read\", \"program\"]\nauto = [\"program\"]\n"
     "content = \"fuses\"\n[shared]\nbuflength = 64\nprgmode = 21\n"
@@ -67,7 +65,7 @@ TEST(DeviceFile, IsReadWhole) {
     EXPECT_EQ(device.name, "chip");
     EXPECT_EQ(device.content, Content::fuses);
     EXPECT_EQ(device.operationlist(), "read, program");
-    EXPECT_THAT(device.autosteps, ElementsAre(operationnamed("program")));
+    EXPECT_THAT(device.autosteps, ::testing::ElementsAre(operationnamed("program")));
     EXPECT_EQ(device.value("prgmode"), 21);
     EXPECT_EQ(device.ranges.at(0).writtenby, "config");
     EXPECT_EQ(device.fileend(), 64);
