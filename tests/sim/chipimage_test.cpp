@@ -90,6 +90,7 @@ TEST(ChipImage, RefusesAForeignOrDamagedFile) {
         {good.substr(0, 40), "ends early, expected the line 'section one 4 CRC'"},
         {good.substr(0, good.size() - 1), "has 5 bytes of data, expected 6"},
         {good + "x", "has 7 bytes of data, expected 6"},
+        {with(data - 2, 'b'), "has the line 'datb', expected 'data'"},
         {with(data + 5, 'x'), "is damaged: the checksum of section 'two' is"},
     };
     for (const Wrong& wrong : table) {
