@@ -112,5 +112,5 @@ Devices and programmers:
   $ keld2
   keld2: no command; see keld2 --help
   [64]
-  $ keld2 --help | head -1
+  $ keld2 --help | sed -n 1p
   Command-line host of tq5keld2, the device-family plug-in of a programmer

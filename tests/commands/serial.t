@@ -71,7 +71,7 @@ Compare lists every difference, on standard output:
   >> 00081F      83         02
   keld2: serial-2k: 5 differences
   [1]
-  $ keld2 -q -d serial-2k -p sim:image=chip compare b.bin 2>said | head -1
+  $ keld2 -q -d serial-2k -p sim:image=chip compare b.bin 2>said | sed -n 1p
   >> 000000      00         81
   [1]
   $ json compare b.bin | jq -c '.status, .differences[0,1], (.differences | length)'

@@ -31,7 +31,7 @@ A logic device shows its device code on its lines, bit 0 first; the walk there h
   shift DR 32 bits, TDI stays 0, TDO 0x2846E9E1
   $ sampled TDO TCK 'shift DR 32' | cut -d' ' -f4-35
   1 0 0 0 0 1 1 1 1 0 0 1 0 1 1 1 0 1 1 0 0 0 1 0 0 0 0 1 0 1 0 0
-  $ of operation; of row | head -1; of VCC | tail -1
+  $ of operation; of row | sed -n 1p; of VCC | tail -1
   Information
   Blank Check ...
   1
