@@ -8,18 +8,11 @@ namespace keld2::test {
 
 namespace {
 
-Words split(const std::string& text) {
-    std::istringstream in(text.substr(0, text.find('#')));
-    Words words;
-    for (std::string word; in >> word;) words.push_back(word);
-    return words;
-}
-
-// 3*7 and 1..4
+// A word, or the list that it stands for: 3*7 or 1..4
 void writeout(const std::string& word, Words& list) {
     const std::size_t times = word.find('*');
     const std::size_t to = word.find("..");
-    if (times != word.npos) {
+    if (times != word.npos && word[0] != '$') {
         list.insert(list.end(), std::stoul(word.substr(0, times)), word.substr(times + 1));
     } else if (to != word.npos) {
         for (int i = std::stoi(word); i <= std::stoi(word.substr(to + 2)); ++i)
@@ -27,6 +20,13 @@ void writeout(const std::string& word, Words& list) {
     } else {
         list.push_back(word);
     }
+}
+
+Words split(const std::string& text) {
+    std::istringstream in(text.substr(0, text.find('#')));
+    Words words;
+    for (std::string word; in >> word;) writeout(word, words);
+    return words;
 }
 
 // The block that a line begins; nullptr: that of the chip.
@@ -45,7 +45,7 @@ Words expanded(const Words& words, const Words& arguments) {
     Words list;
     for (const std::string& word : words) {
         if (!word.starts_with('$')) {
-            writeout(word, list);
+            list.push_back(word);
             continue;
         }
         const std::size_t first = std::stoul(word.substr(1)) - 1;

@@ -43,7 +43,7 @@ struct BusScript {
 
 // Throws std::runtime_error for a line that begins no block.
 BusScript readscript(const std::filesystem::path& file);
-// The words with the arguments of the routine that they stand in, and lists written out.
+// The words with the arguments of the routine that they stand in.
 Words expanded(const Words& words, const Words& arguments);
 // Sets a value of the chip, from a key and its values; without values takes it away.
 void setvalue(sim::ChipSpec& chip, const Words& words);
