@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 
 #include <functional>
+#include <memory>
 
 #include "sim/busscript.h"
 #include "sim/faultof.h"
@@ -188,7 +189,7 @@ class Player {
 };
 
 struct BusCase {
-    BusScript script;
+    std::shared_ptr<const BusScript> script;
     BusBlock block;
     friend void PrintTo(const BusCase& c, std::ostream* out) { *out << c.block.title; }
 };
@@ -196,14 +197,14 @@ struct BusCase {
 std::vector<BusCase> cases(std::vector<BusBlock> BusScript::*blocks) {
     std::vector<BusCase> list;
     for (const auto& entry : std::filesystem::directory_iterator(KELD2_TEST_SIM)) {
-        const BusScript script = readscript(entry.path());
-        for (const BusBlock& block : script.*blocks) list.push_back({script, block});
+        const auto script = std::make_shared<const BusScript>(readscript(entry.path()));
+        for (const BusBlock& block : (*script).*blocks) list.push_back({script, block});
     }
     return list;
 }
 
 std::string nameof(const testing::TestParamInfo<BusCase>& info) {
-    std::string name = info.param.script.name + "_" + std::to_string(info.param.block.number) +
+    std::string name = info.param.script->name + "_" + std::to_string(info.param.block.number) +
                        "_" + info.param.block.title;
     std::ranges::replace_if(
         name, [](unsigned char c) { return std::isalnum(c) == 0; }, '_');
@@ -214,7 +215,7 @@ class OnTheBus : public testing::TestWithParam<BusCase> {};
 
 TEST_P(OnTheBus, DoesWhatItHasTo) {
     const auto& [script, block] = GetParam();
-    Player(script, block).play(block);
+    Player(*script, block).play(block);
 }
 
 INSTANTIATE_TEST_SUITE_P(Case, OnTheBus, testing::ValuesIn(cases(&BusScript::cases)), nameof);
@@ -223,7 +224,7 @@ class RefusedChip : public testing::TestWithParam<BusCase> {};
 
 TEST_P(RefusedChip, IsToldWithDeviceAndKey) {
     const auto& [script, block] = GetParam();
-    sim::ChipSpec chip = script.chip;
+    sim::ChipSpec chip = script->chip;
     for (const BusLine& line : block.lines) setvalue(chip, line.words);
     EXPECT_THAT(faultof([&] { sim::makechip(chip); }),
                 testing::StartsWith("simulated chip of test: " + block.title));

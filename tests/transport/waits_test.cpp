@@ -112,6 +112,7 @@ TEST(Waits, EveryByteIsThereWhenTheCellSaysDone) {
     for (int i = 0; i < 40; ++i) {
         const auto seed = static_cast<std::uint8_t>(i * 11);
         m.usb.answer = {.seed = seed, .delay = 300us * (i % 5)};
+        m.s.prgresult[0] = i % 2 == 0 ? result::failed : result::well;  // the short form clears it
         const int outcome = i % 2 == 0 ? ubulkread0(m.run, blocklength)
                                        : ubulkread2(m.run, std::int32_t{blocklength});
         ASSERT_EQ(outcome, status::goon);
@@ -124,6 +125,7 @@ TEST(Waits, EveryByteIsThereWhenTheCellSaysDone) {
 TEST(Waits, AStopFromAnotherThreadEndsTheLongForm) {
     Machine m(true);
     m.usb.answer = {.hangs = true};
+    m.s.ibuf2[blocklength - 1] = 7;
     std::thread stop = m.stopper(1s);
     const auto start = Clock::now();
     const std::clock_t before = std::clock();
@@ -132,6 +134,7 @@ TEST(Waits, AStopFromAnotherThreadEndsTheLongForm) {
     EXPECT_LT(Clock::now() - start, 5s);  // its time-out is 10 s
     stop.join();
     EXPECT_EQ(m.s.prgresult[0], result::stopped);
+    EXPECT_EQ(m.s.ibuf2[blocklength - 1], 0);  // though nothing has come
     EXPECT_EQ(m.usb.started, 1);
     EXPECT_LT(used, 0.05);  // a busy loop takes a second
 }
