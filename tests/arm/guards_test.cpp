@@ -1,160 +1,156 @@
-// Jobs that cannot be carried out, and shared blocks with hostile values.
-#include <gmock/gmock.h>
+// What a host, a component or another thread may do to a run in its middle.
+#include <gtest/gtest.h>
 
+#include <algorithm>
 #include <limits>
-#include <random>
 
-#include "arm/armbench.h"
+#include "host/programmer/idledevcore.h"
+#include "platform/platformdecorator.h"
+#include "plugin/clskeld2.h"
+#include "testmachine.h"
 
 namespace keld2::test {
 namespace {
 
-struct Change {
-    const char* what;
-    std::function<void(SharedVariables&)> apply;
+constexpr std::int32_t maximum = std::numeric_limits<std::int32_t>::max();
+
+// A run of an ARM device whose calls may be meddled with. The image has three bytes, and the
+// programmer is done at once.
+class MeddledRun {
+  public:
+    MeddledRun(std::int16_t model, std::uint8_t operation) {
+        plugin_.bufcomkeld2(0);
+        s().buflength[0] = 60000;
+        s().mapbuffers({});
+        s().modeltype[0] = model;
+        s().modeltype[2] = -1;
+        s().selmode[0] = 0x40;
+        s().prgmode[0] = 10;
+        s().tlength[0] = 64;
+        s().wordmode[0] = 1;
+        s().ramlg[0] = 64;
+        s().wltbigendbuf[1] = 63;
+        s().prgresult[1] = operation;
+    }
+    int run() {
+        plugin_.runKeld2Prg(false);
+        return s().prgresult[0];
+    }
+    SharedVariables& s() { return module_.variables(); }
+
+    std::function<void(std::int32_t& length)> onloadalgobuf = [](std::int32_t&) {};
+    std::function<void(std::uint8_t first)> onframe = [](std::uint8_t) {};
+    std::function<void(int)> onservice = [](int) {};  // with its number
+    std::uint8_t imagestate = 2;                      // of the image's read-back
+    std::uint8_t* imagecell = nullptr;
+    int framesof34 = 0, powerdowns = 0, sent = 0;  // sent: bytes of the image
+
+  private:
+    struct Machine final : PlatformDecorator {
+        Machine(Platform& inner, MeddledRun& run) : PlatformDecorator(inner), run_(run) {}
+        FileContent readfile(std::span<const std::u16string> parts) override {
+            if (parts[1] == u"clk") return {};  // the first file, which goes out as it is
+            return {.status = FileContent::Status::read, .bytes = {1, 2, 3}};
+        }
+        void service() override { run_.onservice(++services_); }
+        MeddledRun& run_;
+        int services_ = 0;
+    };
+    struct Core final : host::IdleDevCore {
+        explicit Core(MeddledRun& run) : run_(run) {}
+        bool transferwait(std::uint8_t) override { return (run_.s().ibuf1[0] = 100) != 0; }
+        void loadalgobuf(std::int32_t& length) override { run_.onloadalgobuf(length); }
+        void powerdown() override { ++run_.powerdowns; }
+        MeddledRun& run_;
+    };
+    struct Transport final : UsbTransport {
+        explicit Transport(MeddledRun& run) : run_(run) {}
+        int usbcomwrite(std::span<const std::uint8_t> frame) override {
+            run_.framesof34 += frame[0] == 0x34 ? 1 : 0;
+            run_.onframe(frame[0]);
+            return 0;
+        }
+        int usbbulkwrite(std::span<const std::uint8_t> source) override {
+            if (run_.sent == 0) run_.sent = static_cast<int>(source.size());
+            return 0;
+        }
+        void usbbulkread(std::span<std::uint8_t> target, std::uint8_t* result) override {
+            std::copy_n(run_.s().algobuf.data(), std::min(target.size(), std::size_t{131072}),
+                        target.begin());
+            run_.imagecell = result;
+            *result = run_.imagestate;
+        }
+        MeddledRun& run_;
+    };
+
+    TestMachine machine_;
+    Machine meddled_{machine_, *this};
+    Module module_{
+        meddled_,
+        {.devcore = [this](SharedVariables&) { return std::make_unique<Core>(*this); },
+         .transport = [this](SharedVariables&) { return std::make_unique<Transport>(*this); }}};
+    ClsKELD2 plugin_{module_};
 };
 
-const std::vector<Change>& impossible() {
-    constexpr double nan = std::numeric_limits<double>::quiet_NaN();
-    static const std::vector<Change> changes{
-        {"word size 0", [](auto& s) { s.wordmode[0] = 0; }},
-        {"RAM length 0", [](auto& s) { s.ramlg[0] = 0; }},
-        {"RAM length below 0", [](auto& s) { s.ramlg[0] = -0x8000; }},
-        {"RAM shorter than a word", [](auto& s) { s.wordmode[0] = 2, s.ramlg[0] = 1; }},
-        {"first word is no number", [](auto& s) { s.wltbigendbuf[0] = nan; }},
-        {"first word below 0", [](auto& s) { s.wltbigendbuf[0] = -1; }},
-        {"first word behind the last", [](auto& s) { s.wltbigendbuf[0] = 1000; }},
-        {"offset is no number", [](auto& s) { s.wltbigendbuf[2] = nan; }},
-        {"offset below 0", [](auto& s) { s.wltbigendbuf[2] = -1; }},
-        {"offset beyond the buffer", [](auto& s) { s.wltbigendbuf[2] = 202200; }},
-        {"bulk beyond the buffer", [](auto& s) { s.wltbigendbuf[2] = 202200 - 255; }},
-        {"offset beyond 32 bits", [](auto& s) { s.wltbigendbuf[2] = 1e300; }},
-        {"more blocks than a frame can name",
-         [](auto& s) {
-             s.ramlg[0] = 1;
-             s.tlength[0] = 65537 + 255;
-             s.wltbigendbuf[1] = 65536;
-         }},
-    };
-    return changes;
-}
-
-TEST(ArmGuards, ImpossibleJobsTakeThePoweredExitBeforeTheFirstFrame) {
-    for (const std::int16_t model : {familya, familyb})
-        for (const int op : {0, 2, 3, 5, 6})
-            for (const Change& change : impossible()) {
-                SCOPED_TRACE(std::string(change.what) + ", operation " + std::to_string(op) +
-                             ", model " + std::to_string(model));
-                ArmBench b(model, static_cast<std::uint8_t>(op));
-                b.s().tlength[0] = 256;
-                b.s().wltbigendbuf[1] = 255;
-                change.apply(b.s());
-                EXPECT_EQ(ArmBench::tail(b.run(), 2), (Lines{"transferwait 15", "powerdown"}));
-                EXPECT_EQ(b.count("powerdown"), 1);
-                EXPECT_EQ(b.log(), ">>{Op" + std::to_string(op) + "}\nbroken off\n>> <TIME>Sec\n");
-                EXPECT_EQ(b.s().prgresult[0], 3);
-            }
-}
+constexpr std::int16_t familya = 50, familyb = 80;
+constexpr std::uint8_t read = 2, compare = 5, program = 6, erase = 8;
 
 TEST(ArmGuards, ReadNeedsRoomForItsConfigurationBytesCompareDoesNot) {
-    for (const std::int32_t length : {-1, 202200 - 10, std::numeric_limits<std::int32_t>::max()})
-        for (const int op : {2, 5}) {
-            ArmBench b(familyb, static_cast<std::uint8_t>(op));
-            b.s().buflength[0] = length;
-            b.run();
-            EXPECT_EQ(b.s().prgresult[0], op == 2 ? 3 : 0) << length;
-            EXPECT_EQ(b.count("frame 34"), op == 2 ? 1 : 2) << length;
+    for (const std::int32_t length : {-1, 62200 - 10, maximum})
+        for (const std::uint8_t operation : {read, compare}) {
+            MeddledRun run(familyb, operation);
+            run.s().buflength[0] = length;
+            EXPECT_EQ(run.run(), operation == read ? 3 : 0) << length;
+            EXPECT_EQ(run.framesof34, operation == read ? 1 : 2) << length;
         }
 }
 
-TEST(ArmGuards, PercentOfManyBulksIsItsLowByte) {
-    ArmBench b(familyb, 2);
-    // one block of 4 bulks; the status record says more than 100 percent
-    b.s().ramlg[0] = 200000;
-    b.s().tlength[0] = 0xC000 * 3 + 1;
-    b.records.push_back(fromhex("ff0000"));
-    b.records.push_back(fromhex("640000"));
-    b.run();
-    EXPECT_EQ(b.percents, (std::vector<int>{216, 85, 86, 87}));
+TEST(ArmGuards, TheComponentsImageIsSentUnlessItsLengthIsImpossible) {
+    for (const std::int32_t length : {2, 131072, 0, -1, 131073}) {
+        MeddledRun run(familya, erase);
+        run.onloadalgobuf = [&](std::int32_t& n) { n = length; };
+        const bool good = length > 0 && length <= 131072;
+        EXPECT_EQ(run.run(), good ? 0 : 4) << length;
+        EXPECT_EQ(run.sent, good ? length : 0);
+    }
+}
+
+TEST(ArmGuards, AFaultInAComponentEndsTheRun) {
+    MeddledRun run(familya, erase);
+    run.onloadalgobuf = [](std::int32_t&) { throw RunFault("a component"); };
+    EXPECT_EQ(run.run(), 3);
+    EXPECT_EQ(run.powerdowns, 0) << "before the firmware has been asked";
+}
+
+TEST(ArmGuards, AReadIsWaitedForThroughAllStatesOfBeingUnderWay) {
+    MeddledRun run(familya, erase);
+    run.imagestate = 1;
+    int services = 0;
+    run.onservice = [&](int n) {
+        services = n;
+        if (n == 5) *run.imagecell = 3;  // still under way
+        if (n == 9) *run.imagecell = 4;
+    };
+    EXPECT_EQ(run.run(), 3);
+    EXPECT_EQ(services, 9);
 }
 
 TEST(ArmGuards, StaleTextsEndTheRunWithItsResult) {
-    for (const int note : {0, 12}) {
-        ArmBench b(familya, 8);
-        static_cast<SharedVariable<StringHandle>&>(b.s().prgnote)[note] = 12345678;
-        if (note == 12) b.answers["readycheck"] = 1;
-        b.run();
-        EXPECT_EQ(b.s().prgresult[0], 3);
-        EXPECT_NE(b.log().find(">> <TIME>Sec\n"), std::string::npos);
-        EXPECT_EQ(b.s().prgmode[1], 0);
-    }
+    MeddledRun run(familya, erase);
+    static_cast<SharedVariable<StringHandle>&>(run.s().prgnote)[0] = 12345678;
+    EXPECT_EQ(run.run(), 3);
+    EXPECT_EQ(run.s().prgmode[1], 0);
+    static_cast<SharedVariable<StringHandle>&>(run.s().prgnote)[0] = 0;
 }
 
-TEST(ArmGuards, BufferReleasedInTheMiddleEndsTheRun) {
-    ArmBench b(familyb, 6);
-    b.s().ramlg[0] = 64;
-    b.s().wltbigendbuf[1] = 255;
-    b.before["frame 3407000100c0c7ced5dce3eaf1f8ff06"] = [&] { b.s().releasebuffers(); };
-    b.run();
-    EXPECT_EQ(b.trace.back(), "frame 0a008002");  // the next bulk found no buffer
-    EXPECT_EQ(b.s().prgresult[0], 3);
-}
-
-// Values of a fuzzed cell: edges, and anything.
-template <typename T>
-T hostile(std::mt19937& random) {
-    const T edges[]{T(0),
-                    T(1),
-                    T(2),
-                    T(-1),
-                    T(255),
-                    T(256),
-                    T(64),
-                    T(127),
-                    T(4096),
-                    T(32768),
-                    T(65536),
-                    std::numeric_limits<T>::max(),
-                    std::numeric_limits<T>::lowest()};
-    return random() % 4 == 0 ? static_cast<T>(random()) : edges[random() % std::size(edges)];
-}
-
-TEST(ArmGuards, HostileBlocksNeitherCrashNorHang) {
-    for (unsigned seed = 1; seed <= 250; ++seed) {
-        std::mt19937 random(seed);
-        const std::int16_t model = random() % 2 == 0 ? familya : familyb;
-        ArmBench b(model, static_cast<std::uint8_t>(random() % 10));
-        SharedVariables& s = b.s();
-        const auto perhaps = [&](auto& cell) {
-            using T = std::remove_reference_t<decltype(cell)>;
-            if (random() % 3 == 0) cell = hostile<T>(random);
-        };
-        perhaps(s.tlength[0]);
-        perhaps(s.ramlg[0]);
-        perhaps(s.wordmode[0]);
-        perhaps(s.buflength[0]);
-        perhaps(s.wlverifyvcc[0]);
-        perhaps(s.bvcc[0]);
-        perhaps(s.prgmode[0]);
-        perhaps(s.rambknum[0]);
-        for (int i = 0; i < 3; ++i) perhaps(s.wltbigendbuf[i]);
-        if (random() % 2 == 0) s.chipidtestmode[0] = Flag::yes;
-        if (random() % 4 == 0) s.buftype[0] = 128;
-        b.files["pldtmp.svf"] = Bytes(random() % 3000, 1);
-        for (int i = 0; i < 12; ++i) {
-            Bytes record(20);
-            for (auto& byte : record) byte = static_cast<std::uint8_t>(random());
-            const std::uint8_t states[]{0, 0, 0, 0x1E, 0xFA};
-            record[1] = states[random() % 5];
-            b.records.push_back(record);
-        }
-        b.records.push_back(std::nullopt);
-        b.onservice = [&](int) {
-            if (random() % 40 == 0) s.prgresult[0] = static_cast<std::uint8_t>(random() % 6);
-        };
-        b.run();
-        EXPECT_EQ(b.s().prgmode[1], 0) << seed;
-    }
+TEST(ArmGuards, ABufferReleasedInTheMiddleEndsTheRun) {
+    MeddledRun run(familyb, program);
+    run.s().wltbigendbuf[1] = 255;
+    run.onframe = [&](std::uint8_t first) {
+        if (first == 0x34 && run.framesof34 == 2) run.s().releasebuffers();
+    };
+    EXPECT_EQ(run.run(), 3);
+    EXPECT_EQ(run.framesof34, 2) << "the next bulk found no buffer";
 }
 
 }  // namespace

@@ -1,12 +1,10 @@
 // MadeFolder: a folder for the files of one test, gone afterwards.
 #pragma once
 
-#include <cerrno>
-#include <cstdlib>
 #include <filesystem>
+#include <random>
 #include <string>
 #include <string_view>
-#include <system_error>
 
 #include "host/files/files.h"
 
@@ -15,10 +13,9 @@ namespace keld2::test {
 class MadeFolder {
   public:
     MadeFolder() {
-        std::string name = (std::filesystem::temp_directory_path() / "keld2-XXXXXX").string();
-        if (mkdtemp(name.data()) == nullptr)
-            throw std::system_error(errno, std::generic_category(), name);
-        path_ = name;
+        std::random_device random;
+        do path_ = std::filesystem::temp_directory_path() / ("keld2-" + std::to_string(random()));
+        while (!std::filesystem::create_directory(path_));
     }
     ~MadeFolder() { std::filesystem::remove_all(path_); }
     MadeFolder(const MadeFolder&) = delete;

@@ -11,21 +11,19 @@
 #include <gtest/gtest.h>
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
-#include <nlohmann/json.hpp>
 #include <optional>
 #include <string>
-#include <utility>
 #include <vector>
 
+#include "common/kept.h"
 #include "common/madefolder.h"
-#include "host/files/files.h"
 #include "host/forms/formfrontend.h"
 #include "host/job/session.h"
 
 namespace {
 
 using namespace keld2::host;
+using keld2::test::linesof;
 namespace fs = std::filesystem;
 
 std::vector<std::string> jobfolders() {
@@ -38,51 +36,10 @@ std::vector<std::string> jobfolders() {
     return names;
 }
 
-std::vector<std::string> lines(const fs::path& path) {
-    std::ifstream in(path);
-    std::vector<std::string> list;
-    for (std::string line; std::getline(in, line);) list.push_back(line);
-    return list;
-}
-
-// The elapsed seconds of each line ">> 0.42Sec" replaced by <TIME>.
-std::string withouttime(std::string log) {
-    constexpr std::string_view digits = "0123456789.";
-    for (std::size_t at = 0; (at = log.find(">> ", at)) != log.npos; at += 3) {
-        const std::size_t end = log.find_first_not_of(digits, at + 3);
-        if (end != log.npos && end > at + 3 && log.compare(end, 4, "Sec\n") == 0)
-            log.replace(at + 3, end - at - 3, "<TIME>");
-    }
-    return log;
-}
-
-// Bytes in hexadecimal as a list: 16 or more equal ones as "COUNT*BYTE", others as they stand.
-nlohmann::json runs(const std::string& hex) {
-    constexpr std::size_t longrun = 2 * 16;
-    auto list = nlohmann::json::array();
-    std::string mixed;
-    const auto endmixed = [&] {
-        if (!mixed.empty()) list.push_back(std::exchange(mixed, {}));
-    };
-    for (std::size_t at = 0, end = 0; at < hex.size(); at = end) {
-        const std::string byte = hex.substr(at, 2);
-        while (end < hex.size() && hex.compare(end, 2, byte) == 0) end += 2;
-        if (end - at < longrun) {
-            mixed += hex.substr(at, end - at);
-            continue;
-        }
-        endmixed();
-        list.push_back(std::to_string((end - at) / 2) + "*" + byte);
-    }
-    endmixed();
-    return list;
-}
-
 // The dump as the folders hold it.
 std::string kept(const fs::path& path) {
-    auto dump = nlohmann::ordered_json::parse(readtext(path));
-    dump["MainRtstr"][0] = withouttime(dump["MainRtstr"][0]);
-    dump["ibuffer"] = runs(dump["ibuffer"]);
+    auto dump = keld2::test::dumpof(path);
+    dump["ibuffer"] = keld2::test::runsof(dump["ibuffer"]);
     return dump.dump(1) + "\n";
 }
 
@@ -99,13 +56,13 @@ class GoldenJob : public testing::TestWithParam<std::string> {
         return runsession(readjob(folder_ / "job.toml"), replayed(replay),
                           {.record = to / "record.txt",
                            .trace = to / "trace.txt",
-                           .tracewithout = lines(folder_ / "without.txt"),
+                           .tracewithout = linesof(folder_ / "without.txt"),
                            .dump = to / "dump.full"},
                           forms.get());
     }
     void expectsame(const char* name) const {
-        const auto got = lines(got_ / name);
-        const auto expected = lines(folder_ / name);
+        const auto got = linesof(got_ / name);
+        const auto expected = linesof(folder_ / name);
         for (std::size_t i = 0; i < std::min(got.size(), expected.size()); ++i)
             ASSERT_EQ(got[i], expected[i]) << "line " << i + 1 << " of " << name;
         EXPECT_EQ(got.size(), expected.size()) << "lines of " << name;
@@ -125,7 +82,7 @@ TEST_P(GoldenJob, GivesTraceAndDumpAndARecordThatGivesThemAgain) {
 
     run(got_ / "record.txt", made_ / "");
     for (const char* name : {"trace.txt", "dump.full"})
-        EXPECT_EQ(lines(made_ / name), lines(got_ / name)) << name << " by the record";
+        EXPECT_EQ(linesof(made_ / name), linesof(got_ / name)) << name << " by the record";
 }
 
 INSTANTIATE_TEST_SUITE_P(Jobs, GoldenJob, testing::ValuesIn(jobfolders()), [](const auto& job) {

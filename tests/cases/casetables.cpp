@@ -1,0 +1,199 @@
+// Tables of runs that differ in little. A folder below tests/data/cases holds
+//   job.toml       the job that its cases share
+//   replay.txt     what the programmer answers first in each of them; it may be missing
+//   without.txt    kinds of lines that are left out of the traces; it may be missing
+//   NAME.cases     cases
+//   NAME.expected  and what comes of them
+// and further files, which are laid into the folder of each run. A case begins with "== WHAT IT
+// SHOWS"; behind it stand
+//   KEY = VALUE         in place of the job's own line, or beside the others of [shared]
+//   file PATH [BYTES]   lays a file: bytes in hexadecimal, or COUNT*BYTE
+//   nofile PATH         takes one away
+//   anything else       a further line of the replay
+// What comes of a case is its trace, the exit status, and what the run has changed in the blocks.
+#include <gtest/gtest.h>
+
+#include <optional>
+
+#include "common/kept.h"
+#include "common/madefolder.h"
+#include "host/files/hexbytes.h"
+#include "host/job/session.h"
+
+namespace {
+
+using namespace keld2::host;
+using keld2::test::linesof;
+namespace fs = std::filesystem;
+using Lines = std::vector<std::string>;
+
+const fs::path& root() {
+    static const fs::path path = KELD2_TEST_CASES;
+    return path;
+}
+
+// FOLDER/NAME
+Lines tables() {
+    Lines names;
+    for (const auto& entry : fs::recursive_directory_iterator(root()))
+        if (entry.path().extension() == ".cases")
+            names.push_back(
+                fs::relative(entry.path(), root()).replace_extension().generic_string());
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+struct Case {
+    std::string what;
+    Lines lines;
+};
+
+std::vector<Case> casesof(const fs::path& path) {
+    std::vector<Case> cases;
+    for (const std::string& line : linesof(path)) {
+        if (line.starts_with("== "))
+            cases.push_back({line.substr(3), {}});
+        else if (!line.empty() && line[0] != '#')
+            cases.at(cases.size() - 1).lines.push_back(line);
+    }
+    return cases;
+}
+
+std::string bytesof(const std::string& text) {
+    const std::size_t star = text.find('*');
+    const auto bytes = bytesfromhex(text.substr(star == text.npos ? 0 : star + 1)).value();
+    const std::string once(bytes.begin(), bytes.end());
+    std::string all = star == text.npos ? once : "";
+    for (int left = star == text.npos ? 0 : std::stoi(text); left > 0; --left) all += once;
+    return all;
+}
+
+// One case in a folder of its own.
+class CaseRun {
+  public:
+    CaseRun(const fs::path& table, const Case& one) {
+        fs::copy(table, made_ / "", fs::copy_options::recursive);
+        Lines job = linesof(table / "job.toml");
+        std::string replay;
+        if (fs::exists(table / "replay.txt")) replay = readtext(table / "replay.txt");
+        for (const std::string& line : one.lines) {
+            if (line.find(" = ") != line.npos)
+                change(job, line);
+            else if (line.starts_with("file ") || line.starts_with("nofile "))
+                layfile(line);
+            else
+                replay += line + "\n";
+        }
+        std::string text;
+        for (const std::string& line : job) text += line + "\n";
+        made_.file("job.toml", text);
+        made_.file("replay.txt", replay);
+        tracewithout_ = linesof(table / "without.txt");
+    }
+
+    Lines result() {
+        Job job = readjob(made_ / "job.toml");
+        const int status = runsession(job, replayed(made_ / "replay.txt"),
+                                      {.record = {},
+                                       .trace = made_ / "trace.txt",
+                                       .tracewithout = tracewithout_,
+                                       .dump = made_ / "after.json"});
+        job.calls.clear();
+        runsession(job, replayed(made_ / "replay.txt"),
+                   {.record = {}, .trace = {}, .dump = made_ / "before.json"});
+        Lines all = linesof(made_ / "trace.txt");
+        all.push_back("exit " + std::to_string(status) + " " + changes().dump());
+        return all;
+    }
+
+  private:
+    static void change(Lines& job, const std::string& line) {
+        const std::string key = line.substr(0, line.find(" = ") + 3);
+        const auto own = std::find_if(job.begin(), job.end(), [&key](const std::string& other) {
+            return other.starts_with(key);
+        });
+        if (own != job.end())
+            *own = line;
+        else
+            job.insert(std::find(job.begin(), job.end(), "[shared]") + 1, line);
+    }
+    void layfile(const std::string& line) {
+        const std::size_t name = line.find(' ') + 1;
+        const std::size_t blank = std::min(line.find(' ', name), line.size());
+        const fs::path path = made_ / line.substr(name, blank - name);
+        if (line.starts_with("nofile ")) {
+            fs::remove(path);
+            return;
+        }
+        fs::create_directories(path.parent_path());
+        writetext(path, bytesof(line.substr(std::min(blank + 1, line.size()))));
+    }
+    // The members of the dump that the calls have changed; of the buffer the changed parts.
+    nlohmann::ordered_json changes() const {
+        const auto before = keld2::test::dumpof(made_ / "before.json");
+        const auto after = keld2::test::dumpof(made_ / "after.json");
+        nlohmann::ordered_json changed;
+        for (const auto& [name, value] : after.items())
+            if (value != before[name])
+                changed[name] = name == "ibuffer" ? parts(before[name], value) : value;
+        return changed;
+    }
+    static nlohmann::ordered_json parts(const std::string& before, const std::string& after) {
+        constexpr std::size_t near = 2 * 8;  // digits that agree between changes of one part
+        nlohmann::ordered_json list;
+        for (std::size_t at = 0, end = 0; at < after.size(); at += 2) {
+            if (after.compare(at, 2, before, at, 2) == 0) continue;
+            for (std::size_t i = end = at; i < after.size() && i < end + near; i += 2)
+                if (after.compare(i, 2, before, i, 2) != 0) end = i + 2;
+            list[std::to_string(at / 2)] = keld2::test::runsof(after.substr(at, end - at));
+            at = end;
+        }
+        return list;
+    }
+
+    const keld2::test::MadeFolder made_;
+    Lines tracewithout_;
+};
+
+class CaseTable : public testing::TestWithParam<std::string> {
+  protected:
+    // To be looked at, and to be taken over for a new table.
+    static void keep(const Lines& got) {
+        const fs::path path = fs::path(KELD2_TEST_GOT) / (GetParam() + ".expected");
+        fs::create_directories(path.parent_path());
+        std::string text;
+        for (const std::string& line : got) text += line + "\n";
+        writetext(path, text);
+    }
+};
+
+TEST_P(CaseTable, ComesToWhatIsExpected) {
+    const fs::path table = root() / GetParam();
+    const auto cases = casesof(table.string() + ".cases");
+    ASSERT_FALSE(cases.empty());
+    Lines got;
+    for (const Case& one : cases) {
+        got.push_back("== " + one.what);
+        SCOPED_TRACE(one.what);
+        for (const std::string& line : CaseRun(table.parent_path(), one).result())
+            got.push_back(line);
+    }
+    keep(got);
+
+    const Lines expected = linesof(table.string() + ".expected");
+    std::string what;
+    for (std::size_t i = 0; i < std::min(got.size(), expected.size()); ++i) {
+        if (got[i].starts_with("== ")) what = got[i];
+        ASSERT_EQ(got[i], expected[i]) << what << ", line " << i + 1 << " of what is expected";
+    }
+    EXPECT_EQ(got.size(), expected.size()) << "lines of what is expected";
+}
+
+INSTANTIATE_TEST_SUITE_P(Tables, CaseTable, testing::ValuesIn(tables()), [](const auto& table) {
+    std::string name = table.param;
+    std::replace_if(
+        name.begin(), name.end(), [](unsigned char c) { return std::isalnum(c) == 0; }, '_');
+    return name;
+});
+
+}  // namespace
