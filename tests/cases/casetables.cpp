@@ -2,22 +2,24 @@
 //   job.toml       the job that its cases share
 //   replay.txt     what the programmer answers first in each of them; it may be missing
 //   without.txt    kinds of lines that are left out of the traces; it may be missing
+//   digest.txt     kinds of lines of which a run of lines is told by its length and checksum
 //   NAME.cases     cases
 //   NAME.expected  and what comes of them
 // and further files, which are laid into the folder of each run. A case begins with "== WHAT IT
 // SHOWS"; behind it stand
 //   KEY = VALUE         in place of the job's own line, or beside the others of [shared]
-//   file PATH [BYTES]   lays a file: bytes in hexadecimal, or COUNT*BYTE
+//   file PATH BYTES...  lays a file: bytes in hexadecimal, or COUNT*BYTES
 //   nofile PATH         takes one away
 //   anything else       a further line of the replay
 // What comes of a case is its trace, the exit status, and what the run has changed in the blocks.
 #include <gtest/gtest.h>
 
-#include <optional>
+#include <sstream>
 
 #include "common/kept.h"
 #include "common/madefolder.h"
 #include "host/files/hexbytes.h"
+#include "host/files/textrecords.h"
 #include "host/job/session.h"
 
 namespace {
@@ -59,13 +61,47 @@ std::vector<Case> casesof(const fs::path& path) {
     return cases;
 }
 
+// Hexadecimal bytes and COUNT*BYTES, with blanks between.
 std::string bytesof(const std::string& text) {
-    const std::size_t star = text.find('*');
-    const auto bytes = bytesfromhex(text.substr(star == text.npos ? 0 : star + 1)).value();
-    const std::string once(bytes.begin(), bytes.end());
-    std::string all = star == text.npos ? once : "";
-    for (int left = star == text.npos ? 0 : std::stoi(text); left > 0; --left) all += once;
+    std::istringstream words(text);
+    std::string all;
+    for (std::string word; words >> word;) {
+        const std::size_t star = word.find('*');
+        const auto bytes = bytesfromhex(word.substr(star == word.npos ? 0 : star + 1)).value();
+        for (int left = star == word.npos ? 1 : std::stoi(word); left > 0; --left)
+            all.append(bytes.begin(), bytes.end());
+    }
     return all;
+}
+
+std::uint64_t checksum(std::uint64_t sum, const std::string& line) {  // FNV-1a
+    for (const char c : line + "\n") sum = (sum ^ static_cast<unsigned char>(c)) * 0x100000001B3ULL;
+    return sum;
+}
+
+// Runs of lines of some kinds as "... 5321 lines, 0123456789abcdef".
+Lines digested(const Lines& trace, const Lines& kinds) {
+    constexpr std::uint64_t begin = 0xCBF29CE484222325ULL;
+    Lines told;
+    std::size_t count = 0;
+    std::uint64_t sum = begin;
+    const auto endrun = [&] {
+        if (count == 0) return;
+        told.back() += std::to_string(std::exchange(count, 0)) + " lines, " +
+                       hexdigits(std::exchange(sum, begin), 16);
+    };
+    for (const std::string& line : trace) {
+        const std::string kind = line.substr(0, line.find(' '));
+        if (std::find(kinds.begin(), kinds.end(), kind) == kinds.end()) {
+            endrun();
+            told.push_back(line);
+            continue;
+        }
+        if (count++ == 0) told.push_back("... ");
+        sum = checksum(sum, line);
+    }
+    endrun();
+    return told;
 }
 
 // One case in a folder of its own.
@@ -89,6 +125,7 @@ class CaseRun {
         made_.file("job.toml", text);
         made_.file("replay.txt", replay);
         tracewithout_ = linesof(table / "without.txt");
+        digest_ = linesof(table / "digest.txt");
     }
 
     Lines result() {
@@ -101,7 +138,7 @@ class CaseRun {
         job.calls.clear();
         runsession(job, replayed(made_ / "replay.txt"),
                    {.record = {}, .trace = {}, .dump = made_ / "before.json"});
-        Lines all = linesof(made_ / "trace.txt");
+        Lines all = digested(linesof(made_ / "trace.txt"), digest_);
         all.push_back("exit " + std::to_string(status) + " " + changes().dump());
         return all;
     }
@@ -152,7 +189,7 @@ class CaseRun {
     }
 
     const keld2::test::MadeFolder made_;
-    Lines tracewithout_;
+    Lines tracewithout_, digest_;
 };
 
 class CaseTable : public testing::TestWithParam<std::string> {

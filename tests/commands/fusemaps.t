@@ -131,3 +131,10 @@ A map of another device is refused:
   $ on -q program other.jed
   keld2: other.jed: 35600 fuses, expected 17200 for logic-17200-b
   [65]
+
+A list of all fuses does not keep anybody waiting:
+
+  $ chip logic-17200-b; jedec $(printf '0%.0s' {1..17200}) >zeros.jed
+  $ timeout 30 keld2 -q -d $device compare zeros.jed 2>said | wc -l
+  17200
+  [1]
