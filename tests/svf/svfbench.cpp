@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "jtag/waveform.h"
 #include "platform/numbers.h"
 
 namespace keld2::testing {
@@ -54,27 +53,6 @@ std::vector<std::string> SvfBench::calls() const {
 std::size_t SvfBench::count(const std::string& call) const {
     const auto list = calls();
     return static_cast<std::size_t>(std::count(list.begin(), list.end(), call));
-}
-
-// Where the comparison at the end of the text begins, or where the run ends without one.
-std::size_t SvfBench::endofstatements() const {
-    const auto list = calls();
-    const auto end = std::find_if(list.begin(), list.end(),
-                                  [](const auto& call) { return call.starts_with("signal"); });
-    const bool compared = end - list.begin() >= 4 && (end - 1)->starts_with("usbbulkread") &&
-                          *(end - 3) == "waitshort 20";
-    return static_cast<std::size_t>(end - list.begin()) - (compared ? 4 : 0);
-}
-
-std::string SvfBench::statements(const std::string& text) {
-    play("");
-    const std::size_t from = endofstatements();
-    play(text);
-    const auto list = calls();
-    const auto at = [&](std::size_t i) { return list.begin() + static_cast<std::ptrdiff_t>(i); };
-    Waveform waveform(family_->family);
-    waveform({list.begin(), at(from)});
-    return waveform({at(from), at(endofstatements())});
 }
 
 host::LogicDevice SvfBench::device() {

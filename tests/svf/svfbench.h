@@ -29,10 +29,6 @@ class SvfBench : public Script, public PlatformDecorator {
     // The calls of the operation itself, without the start-up: from its first frame on.
     std::vector<std::string> calls() const;
     std::size_t count(const std::string& call) const;
-    // What a chip on the lines sees of a text's statements, without what precedes and follows
-    // them in every operation; see Waveform.
-    std::string statements(const std::string& text);
-    std::string log() const { return utf8(module_.variables().MainRtstr[0].text()); }
     SharedVariables& s() { return module_.variables(); }
 
     // What the host knows of the device, and how it explains a failed play of text.
@@ -44,15 +40,12 @@ class SvfBench : public Script, public PlatformDecorator {
     // A raw byte for each bit.
     Bytes raw(const Bits& bits) const;
 
-    std::optional<std::string> file;  // of the text; none: it is missing
-    std::function<void()> onservice = [] {};
+    std::optional<std::string> file;       // of the text; none: it is missing
     std::function<void()> onread = [] {};  // before the text is read
 
-    void service() override { onservice(); }
     FileContent readfile(std::span<const std::u16string> parts) override;
 
   private:
-    std::size_t endofstatements() const;
     std::uint8_t rawbyte(char bit) const;
 
     const JtagFamily* family_;
