@@ -1,13 +1,10 @@
-// Cases as text that a source includes from tests/data: "[SUBJECT]" begins those of a subject, each
-// of them a line TEXT => ANSWER. In both stand \n, \r, \t, \0 and \s for line end, carriage return,
-// tab, NUL and blank. A line that begins with # is a comment.
+// Cases as lines of a file below tests/data that a source includes: "[SUBJECT]" begins those of a
+// subject, each of them is TEXT => ANSWER. In both, \n, \r, \t, \0 and \s stand for line end,
+// carriage return, tab, NUL and blank. A line that begins with # is a comment.
 #pragma once
 
-#include <array>
-#include <stdexcept>
+#include <sstream>
 #include <string>
-#include <string_view>
-#include <utility>
 #include <vector>
 
 namespace keld2::testing {
@@ -16,36 +13,27 @@ struct TextCase {
     std::string subject, text, answer;
 };
 
-inline std::string unescaped(std::string_view text) {
-    constexpr std::array<std::pair<char, char>, 5> meanings{
-        {{'n', '\n'}, {'r', '\r'}, {'t', '\t'}, {'0', '\0'}, {'s', ' '}}};
+inline std::string unescaped(const std::string& text) {
+    using namespace std::string_literals;
+    const std::string meanings = "?n\nr\rt\t0\0s "s;
     std::string meant;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        const bool escaped = text[i] == '\\' && i + 1 < text.size();
-        char c = text[escaped ? ++i : i];
-        for (const auto& [name, meaning] : meanings)
-            if (escaped && c == name) c = meaning;
-        meant += c;
-    }
+    for (std::size_t i = 0; i < text.size(); ++i)
+        meant += text[i] == '\\' ? meanings.at(meanings.find(text.at(++i)) + 1) : text[i];
     return meant;
 }
 
-inline std::vector<TextCase> readcases(std::string_view file) {
-    constexpr std::string_view arrow = " =>";
+inline std::vector<TextCase> readcases(const std::string& file) {
     std::vector<TextCase> cases;
-    std::string_view subject;
-    for (std::size_t end = 0; end != file.npos; file.remove_prefix(end + 1)) {
-        end = file.find('\n');
-        const std::string_view line = file.substr(0, end);
-        if (line.starts_with('[')) subject = line.substr(1, line.find(']') - 1);
-        if (!line.empty() && line[0] != '#' && line[0] != '[') {
-            const std::size_t at = line.rfind(arrow);
-            if (at == line.npos) throw std::runtime_error("no answer: " + std::string(line));
-            const std::size_t answer = std::min(at + arrow.size() + 1, line.size());
-            cases.push_back({std::string(subject), unescaped(line.substr(0, at)),
-                             unescaped(line.substr(answer))});
+    std::istringstream in(file);
+    std::string subject;
+    for (std::string line; std::getline(in, line);) {
+        if (line.starts_with('[')) {
+            subject = line.substr(1, line.find(']') - 1);
+        } else if (!line.empty() && line[0] != '#') {
+            const std::size_t arrow = line.rfind(" =>");
+            const std::string answer = arrow + 3 < line.size() ? line.substr(arrow + 4) : "";
+            cases.push_back({subject, unescaped(line.substr(0, arrow)), unescaped(answer)});
         }
-        if (end == file.npos) break;
     }
     return cases;
 }

@@ -19,7 +19,7 @@ void append(Bytes& bytes, const Bytes& more) {
     bytes.insert(bytes.end(), more.begin(), more.end());
 }
 
-constexpr std::string_view rowcounts =
+const std::string rowcounts =
 #include "data/svf/rows.txt"
     ;
 
@@ -80,7 +80,7 @@ struct Chip {
 
 // How often the read-back was armed anew right behind a transfer.
 std::size_t rearmed(const SvfBench& bench) {
-    const auto calls = bench.calls();
+    const auto& calls = bench.devcore->calls;
     std::size_t n = 0;
     for (std::size_t i = 1; i < calls.size(); ++i)
         if (calls[i - 1] == "usbbulkread 16385" && calls[i].starts_with("frame 10 16 64 ")) ++n;

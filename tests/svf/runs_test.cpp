@@ -7,26 +7,16 @@ namespace keld2::testing {
 namespace {
 
 TEST(SvfRun, ReadsUpToItsLineLimit) {
-    struct Limit {
-        std::uint8_t family;
-        std::size_t lines;
-    };
-    for (const Limit limit : {Limit{80, 10000},
-                              {83, 10000},
-                              {84, 10000},
-                              {87, 10000},
-                              {89, 40000},
-                              {90, 10000},
-                              {92, 15000},
-                              {94, 15000},
-                              {50, 10000}}) {
-        SvfBench bench(limit.family, 999);
-        const std::string text(limit.lines - 1, '\n');
-        EXPECT_EQ(bench.play(text + "SIR\n"), 1) << int{limit.family};
-        EXPECT_EQ(bench.play(text + "\nSIR\n"), 0) << int{limit.family} << ": no longer read";
+    constexpr std::pair<int, std::size_t> limits[] = {{80, 10000}, {83, 10000}, {84, 10000},
+                                                      {87, 10000}, {89, 40000}, {90, 10000},
+                                                      {92, 15000}, {94, 15000}, {50, 10000}};
+    for (const auto& [family, limit] : limits) {
+        SvfBench bench(static_cast<std::uint8_t>(family), 999);
+        const std::string text(limit - 1, '\n');
+        EXPECT_EQ(bench.play(text + "SIR\n"), 1) << family;
+        EXPECT_EQ(bench.play(text + "\nSIR\n"), 0) << family << ": no longer read";
         // Further lines of a statement do not count.
-        EXPECT_EQ(bench.play("SDR 8 TDI (A\n5);\n" + text.substr(1) + "SIR\n"), 1)
-            << int{limit.family};
+        EXPECT_EQ(bench.play("SDR 8 TDI (A\n5);\n" + text.substr(1) + "SIR\n"), 1) << family;
     }
 }
 

@@ -43,16 +43,8 @@ int SvfBench::run(int operation) {
     return s().prgresult[0];
 }
 
-std::vector<std::string> SvfBench::calls() const {
-    const auto& all = devcore->calls;
-    const auto first = std::find_if(all.begin(), all.end(),
-                                    [](const auto& call) { return call.starts_with("frame 13 "); });
-    return {first, all.end()};
-}
-
 std::size_t SvfBench::count(const std::string& call) const {
-    const auto list = calls();
-    return static_cast<std::size_t>(std::count(list.begin(), list.end(), call));
+    return static_cast<std::size_t>(std::ranges::count(devcore->calls, call));
 }
 
 host::LogicDevice SvfBench::device() {
@@ -73,8 +65,8 @@ std::vector<host::SvfMismatch> SvfBench::explained(const std::string& text) {
 FileContent SvfBench::readfile(std::span<const std::u16string> parts) {
     onread();
     const bool named = parts.size() == 1 && parts[0] == u"pldtmp.svf";
-    if (!named || !file) return {};
-    return {.status = FileContent::Status::read, .bytes = {file->begin(), file->end()}};
+    if (!named) return {};
+    return {.status = FileContent::Status::read, .bytes = {file.begin(), file.end()}};
 }
 
 // The other lines of the register are there too.

@@ -3,7 +3,6 @@
 #pragma once
 
 #include <functional>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -26,8 +25,6 @@ class SvfBench : public Script, public PlatformDecorator {
     int run(int operation);
     // The same as a sequence of two operations 6; the second plays another text.
     int playtwo(const std::string& first, const std::string& second);
-    // The calls of the operation itself, without the start-up: from its first frame on.
-    std::vector<std::string> calls() const;
     std::size_t count(const std::string& call) const;
     SharedVariables& s() { return module_.variables(); }
 
@@ -40,7 +37,7 @@ class SvfBench : public Script, public PlatformDecorator {
     // A raw byte for each bit.
     Bytes raw(const Bits& bits) const;
 
-    std::optional<std::string> file;       // of the text; none: it is missing
+    std::string file;                      // the text
     std::function<void()> onread = [] {};  // before the text is read
 
     FileContent readfile(std::span<const std::u16string> parts) override;

@@ -1,6 +1,7 @@
 // What the text helpers, the reader and SDR statements make of a text, and what is a fault.
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <map>
 #include <sstream>
 
@@ -13,7 +14,7 @@
 namespace keld2 {
 namespace {
 
-constexpr std::string_view texts =
+const std::string texts =
 #include "data/svf/texts.txt"
     ;
 
