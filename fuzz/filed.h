@@ -14,7 +14,7 @@ inline std::filesystem::path fresh(std::string_view name) {
 }
 
 inline std::filesystem::path filed(std::string_view text, std::string_view name = "text") {
-    const std::filesystem::path path = fresh(name);
+    std::filesystem::path path = fresh(name);
     host::writetext(path, text);
     return path;
 }

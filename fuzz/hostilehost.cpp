@@ -199,7 +199,7 @@ std::string hostilesession(std::span<const std::uint8_t> bytes) {
                        s.variable(source.below(static_cast<std::uint32_t>(blocktable.size()))));
         if (s.prgresult[0] > 4) s.prgresult[0] = 0;
         makecall(plugin, s, source);
-        const std::string wrong = wrongafter(s, programmer, machine.endless());
+        std::string wrong = wrongafter(s, programmer, machine.endless());
         if (!wrong.empty()) return wrong;
     }
     return {};

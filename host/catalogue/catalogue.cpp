@@ -17,6 +17,7 @@ namespace {
 namespace fs = std::filesystem;
 
 fs::path standardfolder() {
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): nothing here changes the environment
     if (const char* named = std::getenv("KELD2_DEVICES"); named != nullptr && *named != 0)
         return named;
     std::error_code error;

@@ -22,7 +22,7 @@ std::error_code folderfault(const std::filesystem::path& folder);
 class TextStreams {
   public:
     TextStreams();
-    ~TextStreams();
+    ~TextStreams();  // NOLINT(performance-trivially-destructible): not so on every system
     TextStreams(const TextStreams&) = delete;
     TextStreams& operator=(const TextStreams&) = delete;
 

@@ -14,6 +14,7 @@ std::vector<std::string> playedtexts(const Device& device,
     if (!playssvf(device)) return texts;
     const LogicDevice logic = logicdevice(device);
     const std::vector<std::uint8_t> cells = cellsfrom(parts);
+    texts.reserve(steps.size());
     for (const Operation* step : steps)
         texts.push_back(makesvf(logic, tasknamed(step->name).value(), cells));
     return texts;

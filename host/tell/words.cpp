@@ -30,7 +30,8 @@ std::string answered(const TraceLine& line, int bad, const char* means) {
 
 std::string sent(const TraceLine& line) { return line.answernumber() == 0 ? "" : ": failed"; }
 
-std::string checked(const TraceLine& line, std::string value, std::int32_t address, int mode) {
+std::string checked(const TraceLine& line, const std::string& value, std::int32_t address,
+                    int mode) {
     constexpr std::array does{"store ", "compare ", "blank check of ", "compare and report "};
     const bool known = mode >= 0 && mode < static_cast<int>(does.size());
     return (known ? does[static_cast<std::size_t>(mode)] : "check of ") + value + " at " +
@@ -114,7 +115,10 @@ std::string framewords(std::span<const std::uint8_t> f) {
     }
 }
 
-std::string wordsof(const TraceLine& line) {
+namespace {
+
+// Of the calls that are about power, pins and modes; empty for others.
+std::string setupwords(const TraceLine& line) {
     const auto& n = line.numbers;
     switch (line.call) {
         case Call::setvcc:
@@ -145,6 +149,16 @@ std::string wordsof(const TraceLine& line) {
             return "mode " + decimal(n[0]) + answered(line, 2, "failed");
         case Call::armready:
             return "ready for ARM?" + answered(line, 1, "refused");
+        default:
+            return {};
+    }
+}
+
+}  // namespace
+
+std::string wordsof(const TraceLine& line) {
+    const auto& n = line.numbers;
+    switch (line.call) {
         case Call::regwrite:
         case Call::qregwrite:
             return "register " + decimal(n[1]) + " = " + decimal(n[0]);
@@ -191,8 +205,9 @@ std::string wordsof(const TraceLine& line) {
             return "window " + std::string(line.word) + " " + std::string(line.rest);
         case Call::progress:
             return "progress " + decimal(n[0]) + " %";
+        default:
+            return setupwords(line);
     }
-    return std::string(line.text);
 }
 
 Step leafof(const TraceLine& line) {
