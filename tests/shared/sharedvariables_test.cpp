@@ -9,134 +9,27 @@
 namespace keld2 {
 namespace {
 
-class Blocks : public testing::Test {
-  protected:
-    test::TestMachine machine_;
-    NamedMemory& memory_ = machine_.memory();
-    SharedStrings& strings_ = machine_.strings();
-    SharedVariables plugin_{memory_, strings_};
-    int failures_ = 0;
-
-    void map(SharedVariables& s, std::int16_t num) {
-        s.map(num, [this] { ++failures_; });
-    }
-};
-
-std::int64_t sizeofvariable(AnyVariable variable) {
-    return std::visit(
-        [](auto* v) {
-            return v->SharedArray<std::remove_reference_t<decltype(*v->data())>>::size();
-        },
-        variable);
-}
-
-TEST_F(Blocks, EveryRowHasItsVariableItsBlockAndItsCount) {
-    map(plugin_, 12);
-    EXPECT_EQ(failures_, 0);
-    std::set<const void*> places;
-    for (std::size_t i = 0; i < blocktable.size(); ++i) {
-        const BlockRow& row = blocktable[i];
-        const AnyVariable variable = plugin_.variable(i);
-        EXPECT_EQ(row.name, std::visit([](auto* v) { return v->name(); }, variable));
-        EXPECT_EQ(sizeofvariable(variable), row.count != 0 ? row.count : bufferextra) << row.name;
-        places.insert(
-            std::visit([](auto* v) { return static_cast<const void*>(v->data()); }, variable));
-        const bool numbered = i + 2 < blocktable.size();
-        const MemoryHandle handle =
-            memory_.open("quelta" + std::string(row.name) + (numbered ? "12" : ""));
-        EXPECT_NE(handle, 0) << row.name;
-        memory_.close(handle);
-    }
-    EXPECT_EQ(places.size(), blocktable.size());
-}
-
-TEST_F(Blocks, TheHostsBlockWinsAndTheViewKeepsItsCount) {
-    clsMemMapped host(memory_);
-    ASSERT_TRUE(host.OpenAndMapMemoryBlock("queltabvcc7", 4000));
-    reinterpret_cast<std::int16_t*>(host.BaseAddress())[3] = 330;
-    map(plugin_, 7);
-    EXPECT_EQ(plugin_.bvcc[3], 330);
-    EXPECT_THROW(plugin_.bvcc[4], RunFault);
-    EXPECT_THROW(plugin_.bvcc[-1], RunFault);
-}
-
-TEST_F(Blocks, TheBufferFollowsBuflength) {
-    SharedVariables host(memory_, strings_);
-    host.maprows(0, nullptr);
-    host.buflength[0] = 4112;
-    map(plugin_, 0);
-    EXPECT_EQ(plugin_.ibuffer.size(), 4112 + 2200);
-    plugin_.releasebuffers();
-    EXPECT_EQ(plugin_.ibuffer.size(), 1);
-    EXPECT_EQ(plugin_.buflength[0], 4112);  // all others stay
-    host.buflength[0] = 100;
-    map(plugin_, 0);
-    EXPECT_EQ(plugin_.ibuffer.size(), 2300);
-}
-
-TEST_F(Blocks, AnImpossibleBufferIsReportedOnceAndLeavesOneElement) {
-    SharedVariables host(memory_, strings_);
-    host.maprows(0, nullptr);
-    host.buflength[0] = -3000;
-    map(plugin_, 0);
-    EXPECT_EQ(failures_, 1);
-    EXPECT_EQ(plugin_.ibuffer.size(), 1);
-    EXPECT_EQ(plugin_.ibuffer66.size(), 15);
-}
-
 // Memory that refuses some blocks, as a machine does where others hold them.
 class RefusingMemory final : public NamedMemory {
   public:
-    RefusingMemory(NamedMemory& inner, std::set<std::string> refused)
-        : inner_(inner), refused_(std::move(refused)) {}
+    explicit RefusingMemory(NamedMemory& inner) : inner_(inner) {}
     MemoryHandle open(const std::string& name) override {
-        return refused_.contains(name) ? 0 : inner_.open(name);
+        return refused.contains(name) ? 0 : inner_.open(name);
     }
     MemoryHandle create(const std::string& name, std::int32_t size) override {
-        return refused_.contains(name) ? 0 : inner_.create(name, size);
+        ++creations;
+        return refused.contains(name) ? 0 : inner_.create(name, size);
     }
     std::span<std::byte> mapview(MemoryHandle handle) override { return inner_.mapview(handle); }
     bool unmapview(std::span<std::byte> view) override { return inner_.unmapview(view); }
     void close(MemoryHandle handle) override { inner_.close(handle); }
 
+    std::set<std::string> refused;
+    std::size_t creations = 0;
+
   private:
     NamedMemory& inner_;
-    std::set<std::string> refused_;
 };
-
-TEST_F(Blocks, ABlockThatCannotBeMappedIsToldOnceAndTheOthersAre) {
-    RefusingMemory memory(memory_, {"queltabuflength3", "queltaMainRtstr3", "queltaibuffer66"});
-    SharedVariables s(memory, strings_);
-    map(s, 3);
-    EXPECT_EQ(failures_, 3);
-    EXPECT_EQ(s.buflength.size(), 1);
-    EXPECT_EQ(s.ibuffer.size(), bufferextra);  // buflength[0] is its own element: 0
-    EXPECT_EQ(s.ibuffer66.size(), 1);
-    EXPECT_EQ(s.selmode.size(), 3);
-    s.MainRtstr[0] = u"log";
-    EXPECT_EQ(s.MainRtstr[0].text(), u"log");
-    EXPECT_THROW(s.MainRtstr[1], RunFault);
-}
-
-TEST_F(Blocks, AViewNeverLeavesABlockThatIsTooSmall) {
-    clsMemMapped host(memory_);
-    ASSERT_TRUE(host.OpenAndMapMemoryBlock("queltaibuf20", 100));
-    map(plugin_, 0);
-    EXPECT_EQ(plugin_.ibuf2.size(), static_cast<std::int64_t>(host.ViewSize()));
-    EXPECT_THROW(plugin_.ibuf2[65599], RunFault);
-}
-
-TEST_F(Blocks, MappingAgainDropsWhatWasMapped) {
-    map(plugin_, 0);
-    plugin_.tlength[0] = 4112;
-    map(plugin_, 1);
-    EXPECT_EQ(plugin_.tlength[0], 0);
-    EXPECT_EQ(memory_.open("queltatlength0"), 0);
-    EXPECT_EQ(memory_.open("queltaalgobuf0"), 0);
-    map(plugin_, 1);
-    plugin_.tlength[0] = 1;  // the view works
-    EXPECT_EQ(failures_, 0);
-}
 
 // Counts the texts that live.
 class CountedStrings final : public SharedStrings {
@@ -144,12 +37,12 @@ class CountedStrings final : public SharedStrings {
     explicit CountedStrings(SharedStrings& inner) : inner_(inner) {}
     StringHandle allocate(std::u16string_view text) override {
         const StringHandle handle = inner_.allocate(text);
-        if (handle != 0) ++living;
+        living += handle != 0 ? 1 : 0;
         return handle;
     }
     std::u16string text(StringHandle handle) const override { return inner_.text(handle); }
     void free(StringHandle handle) override {
-        if (handle != 0) --living;
+        living -= handle != 0 ? 1 : 0;
         inner_.free(handle);
     }
 
@@ -159,53 +52,133 @@ class CountedStrings final : public SharedStrings {
     SharedStrings& inner_;
 };
 
-TEST_F(Blocks, TextsGoFromHostToPluginAndBack) {
-    CountedStrings strings(strings_);
-    SharedVariables host(memory_, strings);
-    SharedVariables plugin(memory_, strings);
-    map(host, 0);
-    map(plugin, 0);
-    host.prgnote[2] = u" OK";
-    plugin.MainRtstr[0] = u"a";
-    plugin.MainRtstr[0] += plugin.prgnote[2].text();
-    EXPECT_EQ(host.MainRtstr[0].text(), u"a OK");
-    EXPECT_EQ(strings.living, 2);  // the text before was freed
-    EXPECT_EQ(plugin.MainmnuPrg.textorempty(20), u"");
-}
+class Blocks : public testing::Test {
+  protected:
+    test::TestMachine machine_;
+    RefusingMemory memory_{machine_.memory()};
+    CountedStrings strings_{machine_.strings()};
+    SharedVariables host_{memory_, strings_};
+    SharedVariables plugin_{memory_, strings_};
+    clsMemMapped block_{memory_};
+    int failures_ = 0;
 
-TEST_F(Blocks, FindnumIsTheFirstInstanceWithoutBlocks) {
-    SharedVariables other(memory_, strings_);
-    map(plugin_, 0);
-    map(other, 1);
-    clsMemMapped finder(memory_);
-    EXPECT_EQ(finder.findnum(), 2);
-}
-
-TEST_F(Blocks, AViewGivesBackWhatItTookOver) {
-    SharedArray<std::int32_t> array("array");
-    std::int32_t elsewhere[3] = {7, 8, 9};
-    array[0] = 5;
-    {
-        clsSafeArray<std::int32_t> view;
-        view.AttachToArray(array);
-        view.PointerToData() = elsewhere;
-        view.CountOfElements(1) = 3;
-        EXPECT_EQ(array[2], 9);
+    void map(SharedVariables& s, std::int16_t num) {
+        s.map(num, [this] { ++failures_; });
     }
-    EXPECT_EQ(array.size(), 1);
-    EXPECT_EQ(array[0], 5);
+    bool there(const std::string& name) {
+        const MemoryHandle handle = memory_.open(name);
+        if (handle != 0) memory_.close(handle);
+        return handle != 0;
+    }
+};
+
+TEST_F(Blocks, EveryRowHasItsVariableItsBlockAndItsCount) {
+    map(plugin_, 12);
+    EXPECT_EQ(failures_, 0);
+    std::set<const void*> places;
+    for (std::size_t i = 0; i < blocktable.size(); ++i) {
+        const BlockRow& row = blocktable[i];
+        const auto check = [&](auto* v) {
+            using Array = SharedArray<std::remove_reference_t<decltype(*v->data())>>;
+            EXPECT_EQ(row.name, v->name());
+            EXPECT_EQ(v->Array::size(), row.count != 0 ? row.count : bufferextra) << row.name;
+            places.insert(v->data());
+        };
+        std::visit(check, plugin_.variable(i));
+        const bool numbered = i + 2 < blocktable.size();
+        EXPECT_TRUE(there("quelta" + std::string(row.name) + (numbered ? "12" : ""))) << row.name;
+    }
+    EXPECT_EQ(places.size(), blocktable.size());
+}
+
+TEST_F(Blocks, TheHostsBlockWinsAndAViewKeepsToItsCountAndItsBlock) {
+    ASSERT_TRUE(block_.OpenAndMapMemoryBlock("queltabvcc7", 4000));
+    reinterpret_cast<std::int16_t*>(block_.BaseAddress())[3] = 330;
+    clsMemMapped small(memory_);
+    ASSERT_TRUE(small.OpenAndMapMemoryBlock("queltaibuf27", 100));
+    map(plugin_, 7);
+    EXPECT_EQ(memory_.creations, blocktable.size());
+    EXPECT_EQ(plugin_.bvcc[3], 330);
+    for (const int outside : {4, -1}) EXPECT_THROW(plugin_.bvcc[outside], RunFault);
+    EXPECT_TRUE(plugin_.bvcc.holds(0, 3));
+    EXPECT_FALSE(plugin_.bvcc.holds(0, 4));
+    EXPECT_EQ(plugin_.ibuf2.size(), static_cast<std::int64_t>(small.ViewSize()));
+    EXPECT_THROW(plugin_.ibuf2[65599], RunFault);
+}
+
+TEST_F(Blocks, TheBufferFollowsBuflength) {
+    struct Row {
+        std::int32_t length;
+        std::int64_t size;
+        int failures;
+    };
+    host_.maprows(0, nullptr);
+    for (const Row& row :
+         {Row{4112, 4112 + 2200, 0}, Row{100, 2300, 0}, Row{-2199, 1, 0}, Row{-3000, 1, 1}}) {
+        failures_ = 0;
+        host_.buflength[0] = row.length;
+        map(plugin_, 0);
+        EXPECT_EQ(plugin_.ibuffer.size(), row.size);
+        EXPECT_EQ(plugin_.ibuffer66.size(), 15);
+        EXPECT_EQ(failures_, row.failures) << row.length;
+        EXPECT_EQ(there("queltaibuffer"), row.failures == 0);
+        plugin_.releasebuffers();
+        EXPECT_EQ(plugin_.ibuffer.size(), 1);
+        EXPECT_FALSE(there("queltaibuffer"));
+        EXPECT_EQ(plugin_.buflength[0], row.length) << "all others stay";
+    }
+}
+
+TEST_F(Blocks, ABlockThatCannotBeMappedIsToldOnceAndTheOthersAre) {
+    memory_.refused = {"queltabuflength3", "queltaMainRtstr3", "queltaibuffer66"};
+    map(plugin_, 3);
+    EXPECT_EQ(failures_, 3);
+    EXPECT_EQ(plugin_.buflength.size(), 1);
+    EXPECT_EQ(plugin_.ibuffer.size(), bufferextra);  // buflength[0] is its own element: 0
+    EXPECT_EQ(plugin_.ibuffer66.size(), 1);
+    EXPECT_EQ(plugin_.selmode.size(), 3);
+    plugin_.MainRtstr[0] = u"log";
+    EXPECT_EQ(plugin_.MainRtstr[0].text(), u"log");
+    EXPECT_THROW(plugin_.MainRtstr[1], RunFault);
+}
+
+TEST_F(Blocks, MappingAgainDropsWhatWasMapped) {
+    for (const int num : {0, 1, 1}) {
+        map(plugin_, static_cast<std::int16_t>(num));
+        EXPECT_EQ(plugin_.tlength[0], 0);
+        EXPECT_EQ(there("queltatlength0"), num == 0);
+        EXPECT_EQ(there("queltaalgobuf0"), num == 0);
+        plugin_.tlength[0] = 1;  // the view works
+    }
+    EXPECT_EQ(failures_, 0);
+}
+
+TEST_F(Blocks, TextsGoFromHostToPluginAndBack) {
+    map(host_, 0);
+    map(plugin_, 0);
+    host_.prgnote[2] = u" OK";
+    plugin_.MainRtstr[0] = u"a";
+    plugin_.MainRtstr[0] += plugin_.prgnote[2].text();
+    EXPECT_EQ(host_.MainRtstr[0].text(), u"a OK");
+    EXPECT_EQ(strings_.living, 2);  // the text before was freed
+    EXPECT_EQ(plugin_.MainmnuPrg.textorempty(20), u"");
+}
+
+TEST_F(Blocks, FindnumIsTheFirstInstanceWithoutItsFirstBlock) {
+    map(host_, 0);
+    ASSERT_TRUE(block_.OpenAndMapMemoryBlock("queltaibuf11", 40));
+    EXPECT_EQ(block_.findnum(), 2);
 }
 
 TEST_F(Blocks, AMappingObjectCanBeUsedAgain) {
-    clsMemMapped block(memory_);
-    EXPECT_FALSE(block.UnMapFile());
-    ASSERT_TRUE(block.OpenAndMapMemoryBlock("one", 40));
-    ASSERT_TRUE(block.OpenAndMapMemoryBlock("two", 80));
-    EXPECT_EQ(block.MappedFile(), "two");
-    EXPECT_EQ(block.MappedSize(), 80);
-    EXPECT_EQ(memory_.open("one"), 0);
-    EXPECT_TRUE(block.UnMapFile());
-    EXPECT_EQ(block.BaseAddress(), nullptr);
+    EXPECT_FALSE(block_.UnMapFile());
+    ASSERT_TRUE(block_.OpenAndMapMemoryBlock("one", 40));
+    ASSERT_TRUE(block_.OpenAndMapMemoryBlock("two", 80));
+    EXPECT_EQ(block_.MappedFile(), "two");
+    EXPECT_EQ(block_.MappedSize(), 80);
+    EXPECT_FALSE(there("one"));
+    EXPECT_TRUE(block_.UnMapFile());
+    EXPECT_EQ(block_.BaseAddress(), nullptr);
 }
 
 }  // namespace

@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <set>
 #include <string>
-#include <vector>
 
 #include "platform/numbers.h"
 #include "plugin/texts/table.h"
@@ -13,10 +12,6 @@ namespace keld2 {
 namespace {
 
 std::string shown(std::u16string_view text) { return utf8(std::u16string(text)); }
-
-std::string place(const TextRow& row, const LanguageBlock& block) {
-    return std::to_string(static_cast<int>(row.id)) + " in " + std::string(block.name);
-}
 
 bool fullwidth(char16_t c) {
     return (c >= 0x1100 && c <= 0x115F) || (c >= 0x2E80 && c <= 0xA4CF) ||
@@ -29,27 +24,39 @@ int columns(std::u16string_view text) {
     return width;
 }
 
-std::size_t leadingblanks(std::u16string_view text) {
-    return std::min(text.find_first_not_of(u' '), text.size());
+// What stands before and behind a text joins it to others: blanks, marks and prefixes.
+struct Ends {
+    std::size_t leading, trailing;
+    char16_t mark;
+    bool report, hex;
+    bool operator==(const Ends&) const = default;
+};
+
+Ends ends(const TextRow& row, std::u16string_view text) {
+    const std::set<TextId> aligned{TextId::programmemory, TextId::idlocations, TextId::configword};
+    const std::size_t last = text.find_last_not_of(u' ');
+    const bool mark = text[last] == u'!' || text[last] == u':';
+    return {.leading = aligned.contains(row.id) ? 0 : text.find_first_not_of(u' '),
+            .trailing = text.size() - last,
+            .mark = mark ? text[last] : u' ',
+            .report = text.starts_with(u">>"),
+            .hex = text.starts_with(u"H  ")};
 }
 
-std::size_t trailingblanks(std::u16string_view text) {
-    return text.size() - 1 - text.find_last_not_of(u' ');
-}
-
-template <typename Check>
-void everytext(Check check) {
+TEST(Texts, EveryRowHasAFittingTextInEveryLanguage) {
+    const std::set<TextId> international{TextId::ok, TextId::devicebuffer};
     for (const TextRow& row : texttable)
-        for (const LanguageBlock& block : languageblocks)
-            check(row, block, text(row.id, block.offset));
-}
-
-TEST(Texts, EveryRowHasATextInEveryLanguage) {
-    everytext([](const TextRow& row, const LanguageBlock& block, std::u16string_view t) {
-        EXPECT_FALSE(t.empty()) << place(row, block);
-        EXPECT_EQ(t.find(u'\n'), t.npos) << place(row, block);
-        EXPECT_EQ(utf16(shown(t)), t) << place(row, block) << ": not well-formed";
-    });
+        for (const LanguageBlock& block : languageblocks) {
+            const std::u16string_view t = text(row.id, block.offset);
+            SCOPED_TRACE(std::to_string(static_cast<int>(row.id)) + ", " + std::string(block.name));
+            ASSERT_NE(t.find_first_not_of(u' '), t.npos);
+            EXPECT_EQ(t.find(u'\n'), t.npos);
+            EXPECT_EQ(utf16(shown(t)), t) << "not well-formed";
+            EXPECT_EQ(ends(row, t), ends(row, row.english));
+            if (block.column != &TextRow::english && !international.contains(row.id)) {
+                EXPECT_NE(t, row.english);
+            }
+        }
 }
 
 TEST(Texts, RowsAndBlocksAreInOrder) {
@@ -59,65 +66,27 @@ TEST(Texts, RowsAndBlocksAreInOrder) {
         EXPECT_EQ(languageblocks[i].offset, static_cast<std::int32_t>(3000 * i));
 }
 
-// Texts are joined with others: the blanks and marks at their ends keep them apart.
-TEST(Texts, EndsAreThoseOfTheEnglishText) {
-    const std::set<TextId> aligned{TextId::programmemory, TextId::idlocations, TextId::configword};
-    const std::u16string_view marks = u"!:";
-    everytext([&](const TextRow& row, const LanguageBlock& block, std::u16string_view t) {
-        const std::u16string_view english = row.english;
-        if (!aligned.contains(row.id)) {
-            EXPECT_EQ(leadingblanks(t), leadingblanks(english)) << place(row, block);
-        }
-        EXPECT_EQ(trailingblanks(t), trailingblanks(english)) << place(row, block);
-        for (const std::u16string_view prefix : {u">>", u"H  "})
-            EXPECT_EQ(t.starts_with(prefix), english.starts_with(prefix)) << place(row, block);
-        const char16_t last = english[english.find_last_not_of(u' ')];
-        if (marks.find(last) != marks.npos) {
-            EXPECT_EQ(t[t.find_last_not_of(u' ')], last) << place(row, block);
-        }
-    });
-}
-
 // The table of device and buffer ranges: three labels of one width below a two-column heading.
-TEST(Texts, RangeTableLinesUpInEveryLanguage) {
+TEST(Texts, LogsLineUpInEveryLanguage) {
     for (const LanguageBlock& block : languageblocks) {
         for (const TextId id : {TextId::programmemory, TextId::idlocations, TextId::configword})
             EXPECT_EQ(columns(text(id, block.offset)), 15) << shown(text(id, block.offset));
         const std::u16string_view heading = text(TextId::devicebuffer, block.offset);
         EXPECT_EQ(columns(heading.substr(0, heading.find_last_of(u' ') + 1)), 16) << shown(heading);
+        // The data notes of one log line and of the other say the same thing.
+        for (const auto& [hex, plain] : {std::pair{TextId::hdevicedata, TextId::devicedata},
+                                         std::pair{TextId::hbufferdata, TextId::bufferdata}})
+            EXPECT_EQ(text(hex, block.offset).substr(3), text(plain, block.offset).substr(3));
     }
 }
 
-// The two data notes of one log line and of the other say the same thing.
-TEST(Texts, NotesWithAndWithoutTheHexMarkAgree) {
+// A user must be able to tell operations, entries and notes apart in their own language.
+TEST(Texts, AreDistinctWithinALanguage) {
     for (const LanguageBlock& block : languageblocks) {
-        EXPECT_EQ(text(TextId::hdevicedata, block.offset).substr(3),
-                  text(TextId::devicedata, block.offset).substr(3));
-        EXPECT_EQ(text(TextId::hbufferdata, block.offset).substr(3),
-                  text(TextId::bufferdata, block.offset).substr(3));
+        std::set<std::u16string_view> texts;
+        for (const TextRow& row : texttable)
+            EXPECT_TRUE(texts.insert(row.*block.column).second) << shown(row.*block.column);
     }
-}
-
-// A user must be able to tell operations and entries apart in their own language.
-TEST(Texts, NamesAreDistinctWithinALanguage) {
-    for (const LanguageBlock& block : languageblocks) {
-        std::set<std::u16string_view> names;
-        const std::vector<TextId> ids{
-            TextId::ok,      TextId::cancel,        TextId::stop,      TextId::enable,
-            TextId::disable, TextId::autoprogram,   TextId::read,      TextId::verify,
-            TextId::compare, TextId::blankcheck,    TextId::program,   TextId::secure,
-            TextId::erase,   TextId::memoryprotect, TextId::progconfig};
-        for (const TextId id : ids) names.insert(text(id, block.offset));
-        EXPECT_EQ(names.size(), ids.size()) << block.name;
-    }
-}
-
-TEST(Texts, TranslationsAreNotTheEnglishText) {
-    const std::set<TextId> international{TextId::ok, TextId::devicebuffer};
-    everytext([&](const TextRow& row, const LanguageBlock& block, std::u16string_view t) {
-        if (block.column == &TextRow::english || international.contains(row.id)) return;
-        EXPECT_NE(t, row.english) << place(row, block);
-    });
 }
 
 // A language is told from the others by its script; a text in the wrong column shows up here.
