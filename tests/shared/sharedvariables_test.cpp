@@ -4,6 +4,8 @@
 
 #include <set>
 
+#include "platform/platformdecorator.h"
+#include "shared/notes.h"
 #include "testmachine.h"
 
 namespace keld2 {
@@ -162,6 +164,19 @@ TEST_F(Blocks, TextsGoFromHostToPluginAndBack) {
     EXPECT_EQ(host_.MainRtstr[0].text(), u"a OK");
     EXPECT_EQ(strings_.living, 2);  // the text before was freed
     EXPECT_EQ(plugin_.MainmnuPrg.textorempty(20), u"");
+}
+
+class EarlyMorning final : public PlatformDecorator {
+  public:
+    using PlatformDecorator::PlatformDecorator;
+    double secondssincemidnight() override { return 1.5; }
+};
+
+TEST_F(Blocks, ARunAcrossMidnightHasItsSeconds) {
+    map(plugin_, 0);
+    EarlyMorning machine(machine_);
+    for (const double start : {0.25, 86399.0}) appendelapsed(plugin_, machine, start);
+    EXPECT_EQ(plugin_.MainRtstr[0].text(), u">> 1.25Sec\n>> 2.50Sec\n");
 }
 
 TEST_F(Blocks, FindnumIsTheFirstInstanceWithoutItsFirstBlock) {
