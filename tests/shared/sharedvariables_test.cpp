@@ -22,12 +22,19 @@ class RefusingMemory final : public NamedMemory {
         ++creations;
         return refused.contains(name) ? 0 : inner_.create(name, size);
     }
-    std::span<std::byte> mapview(MemoryHandle handle) override { return inner_.mapview(handle); }
-    bool unmapview(std::span<std::byte> view) override { return inner_.unmapview(view); }
+    std::span<std::byte> mapview(MemoryHandle handle) override {
+        ++views;
+        return inner_.mapview(handle);
+    }
+    bool unmapview(std::span<std::byte> view) override {
+        --views;
+        return inner_.unmapview(view);
+    }
     void close(MemoryHandle handle) override { inner_.close(handle); }
 
     std::set<std::string> refused;
     std::size_t creations = 0;
+    int views = 0;
 
   private:
     NamedMemory& inner_;
@@ -194,6 +201,7 @@ TEST_F(Blocks, AMappingObjectCanBeUsedAgain) {
     EXPECT_FALSE(there("one"));
     EXPECT_TRUE(block_.UnMapFile());
     EXPECT_EQ(block_.BaseAddress(), nullptr);
+    EXPECT_EQ(memory_.views, 0);
 }
 
 }  // namespace
