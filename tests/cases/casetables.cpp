@@ -10,16 +10,21 @@
 //   KEY = VALUE         in place of the job's own line, or beside the others of [shared]
 //   file PATH BYTES...  lays a file: bytes in hexadecimal, or COUNT*BYTES
 //   nofile PATH         takes one away
+//   ["ok"]              an action in an editor; [] begins those of the next one
 //   anything else       a further line of the replay
-// What comes of a case is its trace, the exit status, and what the run has changed in the blocks.
+// What comes of a case is what its editors show that they have not shown before, its trace, the
+// exit status, and what the run has changed in the blocks.
 #include <gtest/gtest.h>
 
+#include <map>
+#include <memory>
 #include <sstream>
 
 #include "common/kept.h"
 #include "common/madefolder.h"
 #include "host/files/hexbytes.h"
 #include "host/files/textrecords.h"
+#include "host/forms/formfrontend.h"
 #include "host/job/session.h"
 
 namespace {
@@ -107,13 +112,18 @@ Lines digested(const Lines& trace, const Lines& kinds) {
 // One case in a folder of its own.
 class CaseRun {
   public:
-    CaseRun(const fs::path& table, const Case& one) {
+    using Shown = std::map<std::string, nlohmann::ordered_json>;  // by windows
+
+    // shown: what the editors have shown in the table so far.
+    CaseRun(const fs::path& table, const Case& one, Shown& shown) : shown_(shown) {
         fs::copy(table, made_ / "", fs::copy_options::recursive);
         Lines job = linesof(table / "job.toml");
-        std::string replay;
+        std::string replay, form;
         if (fs::exists(table / "replay.txt")) replay = readtext(table / "replay.txt");
         for (const std::string& line : one.lines) {
-            if (line.find(" = ") != line.npos)
+            if (line.starts_with("["))
+                form += (line == "[]" ? "" : line) + "\n";
+            else if (line.find(" = ") != line.npos)
                 change(job, line);
             else if (line.starts_with("file ") || line.starts_with("nofile "))
                 layfile(line);
@@ -124,6 +134,7 @@ class CaseRun {
         for (const std::string& line : job) text += line + "\n";
         made_.file("job.toml", text);
         made_.file("replay.txt", replay);
+        if (!form.empty()) forms_ = makefrontend(made_.file("form.txt", form), made_ / "form.log");
         tracewithout_ = linesof(table / "without.txt");
         digest_ = linesof(table / "digest.txt");
     }
@@ -134,11 +145,14 @@ class CaseRun {
                                       {.record = {},
                                        .trace = made_ / "trace.txt",
                                        .tracewithout = tracewithout_,
-                                       .dump = made_ / "after.json"});
+                                       .dump = made_ / "after.json"},
+                                      forms_.get());
         job.calls.clear();
         runsession(job, replayed(made_ / "replay.txt"),
                    {.record = {}, .trace = {}, .dump = made_ / "before.json"});
-        Lines all = digested(linesof(made_ / "trace.txt"), digest_);
+        Lines all = shown();
+        for (const std::string& line : digested(linesof(made_ / "trace.txt"), digest_))
+            all.push_back(line);
         all.push_back("exit " + std::to_string(status) + " " + changes().dump());
         return all;
     }
@@ -165,11 +179,34 @@ class CaseRun {
         fs::create_directories(path.parent_path());
         writetext(path, bytesof(line.substr(std::min(blank + 1, line.size()))));
     }
+    // What the editors show, line by line, that is other than the last time.
+    Lines shown() {
+        Lines lines;
+        for (const std::string& line : linesof(made_ / "form.log")) {
+            const auto now = nlohmann::ordered_json::parse(line);
+            auto& before = shown_[now["window"]];
+            lines.push_back("form " + changed(before, now).dump());
+            before = now;
+        }
+        return lines;
+    }
+    static nlohmann::ordered_json changed(const nlohmann::ordered_json& before,
+                                          const nlohmann::ordered_json& now) {
+        auto list = nlohmann::ordered_json::object();
+        for (const auto& [name, value] : now.items()) {
+            const auto former = before.find(name);
+            if (former == before.end() || name == "passed")
+                list[name] = value;
+            else if (*former != value)
+                list[name] = value.is_object() ? changed(*former, value) : value;
+        }
+        return list;
+    }
     // The members of the dump that the calls have changed; of the buffer the changed parts.
     nlohmann::ordered_json changes() const {
         const auto before = keld2::test::dumpof(made_ / "before.json");
         const auto after = keld2::test::dumpof(made_ / "after.json");
-        nlohmann::ordered_json changed;
+        auto changed = nlohmann::ordered_json::object();
         for (const auto& [name, value] : after.items())
             if (value != before[name])
                 changed[name] = name == "ibuffer" ? parts(before[name], value) : value;
@@ -188,7 +225,9 @@ class CaseRun {
         return list;
     }
 
+    Shown& shown_;
     const keld2::test::MadeFolder made_;
+    std::unique_ptr<FormFrontEnd> forms_;
     Lines tracewithout_, digest_;
 };
 
@@ -209,10 +248,11 @@ TEST_P(CaseTable, ComesToWhatIsExpected) {
     const auto cases = casesof(table.string() + ".cases");
     ASSERT_FALSE(cases.empty());
     Lines got;
+    CaseRun::Shown shown;
     for (const Case& one : cases) {
         got.push_back("== " + one.what);
         SCOPED_TRACE(one.what);
-        for (const std::string& line : CaseRun(table.parent_path(), one).result())
+        for (const std::string& line : CaseRun(table.parent_path(), one, shown).result())
             got.push_back(line);
     }
     keep(got);

@@ -1,5 +1,6 @@
 // What somebody at a terminal sees and is asked.
 #include "cli/bench.h"
+#include "host/files/files.h"
 
 namespace keld2::test {
 namespace {
@@ -62,6 +63,55 @@ TEST_F(TerminalSvf, AFailureIsExplainedUnlessNotWanted) {
     const std::string text = "SDR 32 TDI (00000000) TDO (00000000) MASK (00000100);\n";
     EXPECT_THAT(played(text).finish().out, HasSubstr("bit 8: expected 0, read 1"));
     EXPECT_THAT(played(text, {"--no-explain"}).finish().out, Not(HasSubstr("bit 8")));
+}
+
+class TerminalEditors : public Bench {
+  protected:
+    // What is on the screen when these lines have been typed into the editors of a job.
+    std::string typed(const std::string& shared, const std::string& call, const char* input) const {
+        const std::string job = folder_
+                                    .file("job.toml", "[shared]\n" + shared +
+                                                          "buflength = 200100\n[buffer]\nfill = "
+                                                          "0\n[run]\ncalls = [\"" +
+                                                          call + "\"]\n")
+                                    .string();
+        Program program({"job", job, "--replay", folder_.file("replay", "").string(), "--dump",
+                         file("dump").string()},
+                        Program::On::terminal);
+        EXPECT_TRUE(program.waitfor("ok or cancel: "));
+        program.type(input);
+        return program.finish().out;
+    }
+    std::string left(std::size_t offset, std::size_t count) const {
+        const std::string dump = host::readtext(file("dump"));
+        return dump.substr(dump.find("\"ibuffer\": \"") + 12 + 2 * offset, 2 * count);
+    }
+};
+
+TEST_F(TerminalEditors, FieldsAreChosenByNumbers) {
+    const std::string out =
+        typed("prgmode = 21\ntlength = 48\n", "editfigkeld2", "2=1\n 6 = 1 \n7=1\n1=2\n1\n\nok\n");
+    EXPECT_EQ(left(32, 2), "0202");
+    EXPECT_THAT(out, HasSubstr("   2  XTAL Osc Bypass  Disable(1)  [0 Enable(0), 1 Disable(1)]"));
+    EXPECT_THAT(out, HasSubstr("no such field, expected a number from 1 to 6"));
+    EXPECT_THAT(out, HasSubstr("no such entry, expected a number from 0 to 1"));
+    EXPECT_THAT(out, HasSubstr("expected NUMBER=VALUE for this field"));
+    EXPECT_THAT(out, Not(HasSubstr("UserCode"))) << "the other layout is hidden";
+}
+
+TEST_F(TerminalEditors, OptionsAndTextsToo) {
+    const std::string out =
+        typed("prgmode = 1\ntlength = 200000\n", "editfigkeld2", "1=12aBxF\n3\n7\nok\n");
+    EXPECT_EQ(left(200000, 5), "12abf00002");
+    EXPECT_THAT(out, HasSubstr("refused: \"x\""));
+    EXPECT_THAT(out, HasSubstr("   3  (*) Serial Slave/Master Modes(1)"));
+    EXPECT_THAT(out, Not(HasSubstr("HF Crystal"))) << "outside the window";
+}
+
+TEST_F(TerminalEditors, AnInputThatEndsCancels) {
+    const std::string out = typed("prgmode = 41\ntlength = 48\n", "usercode", "2=FFFFFFFF\n\x04");
+    EXPECT_THAT(out, HasSubstr("usercode0 is cancelled"));
+    EXPECT_EQ(left(48, 4), "00000000");
 }
 
 }  // namespace

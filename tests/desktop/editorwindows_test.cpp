@@ -12,7 +12,7 @@
 #include <QTest>
 #include <QTimer>
 
-#include "editors/machine.h"
+#include "desktop/editing.h"
 #include "host/desktop/formwindow.h"
 #include "plugin/texts/table.h"
 

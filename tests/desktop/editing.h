@@ -41,13 +41,4 @@ struct Editing {
     SharedVariables& s = module.variables();
 };
 
-inline void type(Form& form, std::string_view box, std::u16string_view characters) {
-    for (const char16_t c : characters) form.keypress(box, c);
-}
-inline void ok(Form& form) { form.click("OKButton"); }
-inline void cancel(Form& form) { form.click("CancelButton"); }
-inline const std::u16string& textof(const Form& form, std::string_view name) {
-    return form.control(name).text;
-}
-
 }  // namespace keld2::test
