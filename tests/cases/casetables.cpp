@@ -116,7 +116,7 @@ class CaseRun {
 
     // shown: what the editors have shown in the table so far.
     CaseRun(const fs::path& table, const Case& one, Shown& shown) : shown_(shown) {
-        fs::copy(table, made_ / "", fs::copy_options::recursive);
+        copyfiles(table);
         Lines job = linesof(table / "job.toml");
         std::string replay, form;
         if (fs::exists(table / "replay.txt")) replay = readtext(table / "replay.txt");
@@ -158,6 +158,14 @@ class CaseRun {
     }
 
   private:
+    void copyfiles(const fs::path& table) const {
+        for (const auto& entry : fs::recursive_directory_iterator(table)) {
+            if (!entry.is_regular_file()) continue;
+            const fs::path copy = made_ / fs::relative(entry.path(), table).generic_string();
+            fs::create_directories(copy.parent_path());
+            fs::copy_file(entry.path(), copy);
+        }
+    }
     static void change(Lines& job, const std::string& line) {
         const std::string key = line.substr(0, line.find(" = ") + 3);
         const auto own = std::find_if(job.begin(), job.end(), [&key](const std::string& other) {
