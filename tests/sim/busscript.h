@@ -6,7 +6,7 @@
 //   case TITLE         steps for a fresh chip; "fault TEXT" makes it (or its programmer) a bad one,
 //                      "chip KEY VALUE" another one
 //   refused MESSAGE    what a chip is refused with that has these values in place of the chip's own
-// A step is a word with its arguments, and behind -> what it has to answer (see busplayer.cpp), or
+// A step is a word with its arguments, and behind -> what it has to answer (see busplayer_test.cpp), or
 // the name of a routine with its arguments, or "each ROUTINE ARGUMENT..." to call it for each.
 // 3*7 stands for 7 7 7, 1..4 for 1 2 3 4. Behind # stands a comment.
 #pragma once
