@@ -22,6 +22,7 @@ int runcli(int argc, const char* const* argv) {
     CLI::App program("Command-line host of tq5keld2, the device-family plug-in of a programmer");
     program.name("keld2");
     program.allow_windows_style_options(false);  // a path may begin with /
+    program.set_version_flag("--version", "keld2 " KELD2_VERSION, "Print the version and exit");
     program.require_subcommand(1);
     DeviceOptions options;
     adddeviceoptions(program, options);

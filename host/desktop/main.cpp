@@ -46,9 +46,11 @@ int main(int argc, char** argv) {
     QApplication application(argc, argv);
     QApplication::setApplicationName("keld2-desktop");
     QApplication::setOrganizationName("keld2");
+    QApplication::setApplicationVersion(KELD2_VERSION);
     QCommandLineParser options;
     options.setApplicationDescription("Desktop host of tq5keld2, the device-family plug-in");
     options.addHelpOption();
+    options.addVersionOption();
     options.addOption({{"d", "device"}, "The device to begin with.", "NAME"});
     options.addOption({{"p", "programmer"}, "The programmer (default: sim).", "PROGRAMMER", "sim"});
     options.addPositionalArgument("FILE", "A file to open.", "[FILE]");

@@ -114,3 +114,5 @@ Devices and programmers:
   [64]
   $ keld2 --help | sed -n 1p
   Command-line host of tq5keld2, the device-family plug-in of a programmer
+  $ keld2 --version
+  keld2 0.1.0
