@@ -1,5 +1,6 @@
 #include "host/replay/replayfile.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <limits>
@@ -124,7 +125,10 @@ class Reader {
         }
         line.end();
     }
-    Replay take() { return std::move(replay_); }
+    Replay take() {
+        std::ranges::sort(replay_.stops);
+        return std::move(replay_);
+    }
 
   private:
     void readanswer(std::string_view name, Line& line) {

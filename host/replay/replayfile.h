@@ -62,7 +62,7 @@ struct Replay {
     Answers<TransferAnswer> transferwait;
     Answers<BulkReadAnswer> usbbulkread;
     Answers<BoxAnswer> messagebox;
-    std::vector<std::int64_t> stops;  // trace lines, each a stop that happens once
+    std::vector<std::int64_t> stops;  // ascending trace lines, each a stop that happens once
 };
 
 // Files that the text names are relative to folder, and are read at once. Throws HostError: 66

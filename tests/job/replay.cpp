@@ -114,7 +114,7 @@ TEST(Replay, PassesTimeByWaitsServicesAndLists) {
 }
 
 TEST(Replay, StopsOnceBeforeTheTimersOfThatService) {
-    Replayed r("stop 2\n");
+    Replayed r("stop 900\nstop 2\n");
     r.platform().settimer(3, [&] {
         if (r.s.prgresult[0] == 2) r.s.prgresult[0] = 3;
     });
