@@ -113,6 +113,7 @@ void checkdata(const std::filesystem::path& file, std::span<const std::uint8_t> 
 bool loadimage(const std::filesystem::path& file, const std::string& device,
                std::span<const StateSection> sections) {
     if (!std::filesystem::exists(file)) return false;
+    if (std::filesystem::is_directory(file)) refuse(file, "is a folder, expected a chip image");
     std::ifstream in(file, std::ios::binary);
     if (!in) refuse(file, "cannot be opened for reading");
     ImageText image(file, std::string(std::istreambuf_iterator<char>(in), {}));

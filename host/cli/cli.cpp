@@ -2,7 +2,9 @@
 
 #include <CLI/CLI.hpp>
 #include <exception>
+#include <filesystem>
 #include <iostream>
+#include <string>
 
 #include "host/cli/jobcommand.h"
 #include "host/cli/usageerror.h"
@@ -17,7 +19,20 @@
 
 namespace keld2::host {
 
-int runcli(int argc, const char* const* argv) {
+namespace {
+
+int fault(int status, const std::string& message) {
+    std::cerr << "keld2: " << message << '\n';
+    return status;
+}
+
+// What the system had to say about a file.
+std::string told(const std::filesystem::filesystem_error& error) {
+    const std::string path = error.path1().string();
+    return (path.empty() ? "" : path + ": ") + error.code().message();
+}
+
+int carryout(int argc, const char* const* argv) {
     int status = exitstatus::well;
     CLI::App program("Command-line host of tq5keld2, the device-family plug-in of a programmer");
     program.name("keld2");
@@ -39,15 +54,30 @@ int runcli(int argc, const char* const* argv) {
         return status;
     } catch (const CLI::ParseError& error) {
         if (error.get_exit_code() == 0) return program.exit(error);
-        std::cerr << "keld2: " << usageerror(program, error) << '\n';
-        return exitstatus::usage;
-    } catch (const HostError& error) {
-        std::cerr << "keld2: " << error.what() << '\n';
-        return error.status();
-    } catch (const std::exception& error) {
-        std::cerr << "keld2: fault of the program: " << error.what() << '\n';
-        return exitstatus::programfault;
+        return fault(exitstatus::usage, usageerror(program, error));
     }
+}
+
+int guarded(int argc, const char* const* argv) {
+    try {
+        return carryout(argc, argv);
+    } catch (const HostError& error) {
+        return fault(error.status(), error.what());
+    } catch (const std::filesystem::filesystem_error& error) {
+        return fault(exitstatus::nofile, told(error));
+    } catch (const std::exception& error) {
+        return fault(exitstatus::programfault,
+                     std::string("fault of the program: ") + error.what());
+    }
+}
+
+}  // namespace
+
+int runcli(int argc, const char* const* argv) {
+    const int status = guarded(argc, argv);
+    std::cout.flush();
+    if (std::cout || status != exitstatus::well) return status;
+    return fault(exitstatus::nofile, "standard output cannot be written");
 }
 
 }  // namespace keld2::host

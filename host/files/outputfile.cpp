@@ -23,6 +23,7 @@ namespace {
 
 void checkoutput(const std::filesystem::path& path, bool overwrite) {
     if (std::filesystem::is_directory(path)) refuse(path, "is a folder, expected a file");
+    if (std::filesystem::is_other(path)) return;  // a terminal or a pipe takes what comes
     if (!overwrite && std::filesystem::exists(std::filesystem::symlink_status(path)))
         refuse(path, "exists already; --force overwrites it");
     const std::filesystem::path folder = path.has_parent_path() ? path.parent_path() : ".";

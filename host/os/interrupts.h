@@ -5,9 +5,10 @@
 
 namespace keld2::host::os {
 
-// While it lives, handler is called at each interrupt instead of the end of the program; the former
-// handling is back afterwards. handler runs in the middle of anything or on another thread: it may
-// use lock-free atomics and leave(). Only one object may live at a time.
+// While it lives, handler is called at each interrupt instead of the end of the program, and nobody
+// who ceases to read what the program writes ends it; the former handling is back afterwards.
+// handler runs in the middle of anything or on another thread: it may use lock-free atomics and
+// leave(). Only one object may live at a time.
 class Interrupts {
   public:
     using Handler = void (*)();

@@ -8,23 +8,21 @@
 #include <concepts>
 #include <cstdint>
 #include <filesystem>
-#include <fstream>
 #include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "host/files/streamedfile.h"
 
 namespace keld2::host {
 
 class TraceLog {
   public:
     TraceLog() = default;  // counts only
-    ~TraceLog();
-    TraceLog(const TraceLog&) = delete;
-    TraceLog& operator=(const TraceLog&) = delete;
 
     // Writes the lines to a file from now on. Throws HostError when it cannot be opened.
-    void open(const std::filesystem::path& path);
+    void open(const std::filesystem::path& path) { file_.open(path); }
     // Lines of these names are counted, but not written.
     void leaveout(std::vector<std::string> names) { without_ = std::move(names); }
     // watcher sees every line's name and the rest of the line behind it, before it is written.
@@ -41,7 +39,9 @@ class TraceLog {
 
     std::int64_t lines() const { return lines_; }
     // Writes what is buffered; throws HostError when the file cannot be written.
-    void flush();
+    void flush() {
+        if (file_.isopen()) file_.flush();
+    }
 
   private:
     void add(std::string_view part) { line_.append(1, ' ').append(part); }
@@ -52,12 +52,9 @@ class TraceLog {
         line_.append(1, ' ').append(digits, end);
     }
     void finish(std::size_t namelength);
-    void writebuffer();
     bool isleftout(std::string_view name) const;
 
-    std::filesystem::path path_;
-    std::ofstream file_;
-    std::string buffer_;  // lines that are not yet in the file
+    StreamedFile file_;
     std::string line_;
     std::vector<std::string> without_;
     Watcher watcher_;

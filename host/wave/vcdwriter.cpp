@@ -1,12 +1,8 @@
 #include "host/wave/vcdwriter.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <cstdio>
-#include <system_error>
 #include <utility>
-
-#include "host/hosterror.h"
 
 namespace keld2::host {
 
@@ -46,17 +42,6 @@ std::string escaped(const std::string& text) {
 
 }  // namespace
 
-VcdWriter::VcdWriter(const std::filesystem::path& path) : path_(path) {
-    errno = 0;
-    file_.open(path, std::ios::binary | std::ios::trunc);
-    if (!file_) refuse();
-}
-
-void VcdWriter::refuse() const {
-    throw HostError(exitstatus::nofile, path_.string() + ": cannot be written: " +
-                                            std::generic_category().message(errno));
-}
-
 VcdWriter::Id VcdWriter::add(const std::string& scope, const std::string& name, const char* kind,
                              int width) {
     signals_.push_back({scope, name, codeof(signals_.size()), {}, kind, width});
@@ -84,9 +69,10 @@ void VcdWriter::header() {
             file_ << "$scope module " << one.scope << " $end\n";
             scope = one.scope;
         }
-        file_ << "$var " << one.kind << ' ' << one.width << ' ' << one.code << ' ' << one.name;
+        file_ << "$var " << one.kind << " " << std::to_string(one.width) << " " << one.code << " "
+              << one.name;
         if (one.width > 1 && one.kind == std::string("wire"))
-            file_ << " [" << one.width - 1 << ":0]";
+            file_ << " [" << std::to_string(one.width - 1) << ":0]";
         file_ << " $end\n";
     }
     if (!scope.empty()) file_ << "$upscope $end\n";
@@ -97,14 +83,14 @@ void VcdWriter::moveto(std::uint64_t time) {
     if (!std::exchange(begun_, true)) header();
     if (time <= time_) return;
     time_ = time;
-    file_ << '#' << time << '\n';
+    file_ << "#" << std::to_string(time) << "\n";
 }
 
 void VcdWriter::change(std::uint64_t time, Id signal, std::string value) {
     Signal& one = signals_.at(signal);
     if (one.last == value) return;
     moveto(time);
-    file_ << value << one.code << '\n';
+    file_ << value << one.code << "\n";
     one.last = std::move(value);
 }
 
@@ -129,9 +115,7 @@ void VcdWriter::text(std::uint64_t time, Id signal, const std::string& value) {
 
 void VcdWriter::finish(std::uint64_t time) {
     moveto(time);
-    errno = 0;
     file_.flush();
-    if (!file_) refuse();
 }
 
 }  // namespace keld2::host

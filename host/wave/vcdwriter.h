@@ -3,9 +3,10 @@
 
 #include <cstdint>
 #include <filesystem>
-#include <fstream>
 #include <string>
 #include <vector>
+
+#include "host/files/streamedfile.h"
 
 namespace keld2::host {
 
@@ -14,7 +15,7 @@ class VcdWriter {
     using Id = std::size_t;
 
     // Throws HostError (66) when the file cannot be written.
-    explicit VcdWriter(const std::filesystem::path& path);
+    explicit VcdWriter(const std::filesystem::path& path) { file_.open(path); }
 
     // Signals are added before the first change. width: bits.
     Id addwire(const std::string& scope, const std::string& name, int width = 1);
@@ -40,10 +41,8 @@ class VcdWriter {
     void change(std::uint64_t time, Id signal, std::string value);
     void header();
     void moveto(std::uint64_t time);
-    [[noreturn]] void refuse() const;
 
-    std::filesystem::path path_;
-    std::ofstream file_;
+    StreamedFile file_;
     std::vector<Signal> signals_;
     bool begun_ = false;
     std::uint64_t time_ = 0;
