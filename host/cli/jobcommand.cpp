@@ -8,6 +8,7 @@
 #include "host/catalogue/catalogue.h"
 #include "host/commands/attendedprogrammer.h"
 #include "host/commands/pathoption.h"
+#include "host/files/distinctfiles.h"
 #include "host/hosterror.h"
 #include "host/job/session.h"
 #include "host/profile/profile.h"
@@ -65,11 +66,25 @@ ProgrammerFactory programmerof(const Job& job, const ProgrammerChoice& choice,
         consoleoptions(options).onbox);
 }
 
+void checkfiles(const JobArguments& arguments, const DeviceOptions& options,
+                const ProgrammerChoice& choice) {
+    checkdistinct({{.name = "the job", .path = filenamed(arguments.job)},
+                   {.name = "--replay", .path = arguments.replay},
+                   {.name = "--form", .path = arguments.actions},
+                   {.name = "the chip image", .path = choice.image},
+                   {.name = "--record", .path = arguments.output.record, .written = true},
+                   {.name = "--trace", .path = arguments.output.trace, .written = true},
+                   {.name = "--dump", .path = arguments.output.dump, .written = true},
+                   {.name = "--form-log", .path = arguments.formlog, .written = true},
+                   {.name = "--vcd", .path = options.vcd, .written = true}});
+}
+
 int runjob(const JobArguments& arguments, const DeviceOptions& options) {
-    const Job job = readjob(filenamed(arguments.job));
-    const auto forms = makefrontend(arguments.actions, arguments.formlog);
     const ProgrammerChoice choice = parseprogrammer(
         options.programmer.empty() || arguments.replay ? "sim" : options.programmer);
+    checkfiles(arguments, options, choice);
+    const Job job = readjob(filenamed(arguments.job));
+    const auto forms = makefrontend(arguments.actions, arguments.formlog);
     ProgrammerFactory programmer = programmerof(job, choice, arguments, options);
     Profile profile;
     if (arguments.profile) programmer = profiled(std::move(programmer), profile);

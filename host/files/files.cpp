@@ -43,7 +43,7 @@ std::string readtext(const std::filesystem::path& path) { return readwhole<std::
 void writetext(const std::filesystem::path& path, std::string_view text) {
     errno = 0;
     std::ofstream out(path, std::ios::binary | std::ios::trunc);
-    if (!out) refuse(path, "cannot be opened for writing", errno);
+    if (!out) refuse(path, "cannot be written", errno);
     out.write(text.data(), static_cast<std::streamsize>(text.size()));
     out.close();
     if (!out) refuse(path, "cannot be written", errno);

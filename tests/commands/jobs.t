@@ -166,14 +166,27 @@ A run that waits for ever is abandoned; trace, dump and record are written all t
 A file that cannot be written is found before the run, when none has been touched:
 
   $ job '[run]\ncalls = ["runKeld2Prg"]' --trace no/file
-  keld2: no/file: cannot be opened for writing: No such file or directory
+  keld2: no/file: cannot be written: No such file or directory
   [66]
   $ job '[run]\ncalls = ["runKeld2Prg"]' --record no/file --trace t; wc -c <t
-  keld2: no/file: cannot be opened for writing: No such file or directory
+  keld2: no/file: cannot be written: No such file or directory
   0
   $ job '[run]\ncalls = ["runKeld2Prg"]' --dump no/file --trace t; wc -c <t
-  keld2: no/file: cannot be opened for writing: No such file or directory
+  keld2: no/file: cannot be written: No such file or directory
   0
+
+Nor does anything that is written take the place of another file of the command:
+
+  $ job '' --trace same --dump ./same
+  keld2: --trace same would overwrite --dump, expected files of their own
+  [64]
+  $ job '' --trace j.toml
+  keld2: --trace j.toml would overwrite the job, expected files of their own
+  [64]
+  $ job '' --record r
+  keld2: --record r would overwrite --replay, expected files of their own
+  [64]
+  $ job '' --trace /dev/null --dump /dev/null
 
 The record of a simulated chip gives its trace again:
 

@@ -32,3 +32,30 @@ The log speaks the language that is asked:
   >>Cancellazione OK
   >> <TIME>Sec
   keld2: serial-2k: erase ended well
+
+A link stays and so do a file's permissions; what is no file takes what comes:
+
+  $ touch real.bin; chmod 640 real.bin; ln -s real.bin link.bin
+  $ on -q read link.bin --force
+  $ stat -c '%N %a %s' link.bin real.bin
+  'link.bin' -> 'real.bin' 777 8
+  'real.bin' 640 2082
+  $ on -q read /dev/stdout --format hex | sed -n 1p
+  :10000000FFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFF00
+  $ on -q read /dev/full --format bin
+  keld2: /dev/full: cannot be written: No space left on device
+  [66]
+  $ on -q blank --vcd /dev/full | tail -1
+  keld2: /dev/full: cannot be written: No space left on device
+  [66]
+
+A result that finds no place is a failure:
+
+  $ keld2 devices list >/dev/full
+  keld2: standard output cannot be written
+  [66]
+
+Nobody has to read the log to its end:
+
+  $ keld2 -d serial-2k -p sim:image=kept program a.bin 2>&1 | sed -n 1q; ls kept
+  kept
