@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "families/comparisonplan.h"
 #include "jtag/svftext.h"
 #include "platform/fault.h"
 #include "platform/numbers.h"
@@ -10,12 +11,6 @@ namespace keld2::host {
 
 namespace {
 
-using Interim = SvfProcedure::Interim;
-
-// As the run procedures have them.
-constexpr std::int32_t rollingreadback = 12288;
-constexpr std::int32_t once208fuses = 115869;
-constexpr std::int32_t once208rows = 208;
 constexpr std::int32_t codewidth = 32;
 
 class Walk {
@@ -26,7 +21,7 @@ class Walk {
           text_(text),
           reader_({reinterpret_cast<const std::uint8_t*>(text.data()), text.size()}),
           listener_(listener),
-          total_(device.totalrows()) {
+          plan_(*device.procedure, device.fuses) {
         end_.stored.rows = SvfRows(procedure_.sdrrules->limits);
     }
 
@@ -54,10 +49,10 @@ class Walk {
             ++end_.lines;
             walkline();
             checkprogress();
-            if (procedure_.interim == Interim::rolling && readcount_ > rollingreadback)
-                comparerolling();
+            if (compare(plan_.behindline(stored().rowmark, readcount_), linenumber(start_)))
+                readcount_ = 0;
         }
-        if (!end_.beyondlimit || procedure_.interim != Interim::rolling) compareatend();
+        compare(plan_.atend(stored().rowcount, stored().rowmark, end_.beyondlimit));
     }
 
     void walkline() {
@@ -78,8 +73,13 @@ class Walk {
 
     void carryout(std::int32_t number) {
         using Kind = SdrStatement::Kind;
+        if (statement_.kind != Kind::givenup && statement_.kind != Kind::drive) readback(number);
+        compare(plan_.behindsdr(stored().rowcount), number);
+    }
+
+    void readback(std::int32_t number) {
+        using Kind = SdrStatement::Kind;
         const SdrStatement& s = statement_;
-        if (s.kind == Kind::givenup || s.kind == Kind::drive) return behindsdr(number);
         if (s.counted) store(number);
         const bool iscode = procedure_.sdr95 && s.kind == Kind::read && s.nbits == codewidth;
         if (iscode) {
@@ -94,7 +94,6 @@ class Walk {
         }
         if (iscode || (!procedure_.sdr95 && stored().rowcount == procedure_.codecheck.rowcount))
             fetch({.code = true, .line = number});
-        behindsdr(number);
     }
 
     void store(std::int32_t number) {
@@ -104,34 +103,13 @@ class Walk {
         stored().sources[row] = {.line = number, .bits = statement_.nbits};
     }
 
-    void behindsdr(std::int32_t number) {
-        const std::int32_t rows = stored().rowcount;
-        if (procedure_.interim == Interim::half && rows == total_ / 2 + 1)
-            fetch({.line = number, .first = 1, .last = half()});
-        const bool once = procedure_.interim == Interim::once208 && device_.fuses == once208fuses &&
-                          rows == once208rows && !compared208_;
-        if (!once) return;
-        compared208_ = true;
-        fetch({.line = number, .first = 1, .last = once208rows});
-    }
-
-    void comparerolling() {
-        fetch({.line = linenumber(start_), .first = verified_ + 1, .last = stored().rowmark});
-        verified_ = stored().rowmark;
-        readcount_ = 0;
-    }
-
-    void compareatend() {
-        if (stored().rowcount < procedure_.leastrowcount) return;
-        SvfFetch rest{.first = procedure_.firstrow, .last = total_};
-        if (procedure_.interim == Interim::half) rest.first = half() + 1;
-        if (procedure_.interim == Interim::rolling)
-            rest = {.first = verified_ + 1, .last = stored().rowmark};
-        fetch(rest);
+    // line: behind which it is made; 0: at the end of the text.
+    bool compare(const std::optional<ComparedRows>& rows, std::int32_t line = 0) {
+        if (rows) fetch({.line = line, .first = rows->first, .last = rows->last});
+        return rows.has_value();
     }
 
     void fetch(const SvfFetch& what) { listener_.fetch(what, stored(), statement_); }
-    std::int32_t half() const { return roundint32(total_ / 2.0); }
     void checkprogress() const {
         if (!procedure_.progressbylines) (void)checkedint32(reader_.svfchars() * 100);
     }
@@ -182,10 +160,8 @@ class Walk {
     SvfListener& listener_;
     SdrStatement statement_;
     SvfEnd end_;
-    std::int32_t total_;
+    ComparisonPlan plan_;
     std::int32_t readcount_ = 0;
-    std::int32_t verified_ = 0;
-    bool compared208_ = false;
     std::size_t start_ = 0;      // of the line in hand
     std::size_t counted_ = 0;    // up to here line ends have been counted
     std::size_t linestart_ = 0;  // of the last line counted

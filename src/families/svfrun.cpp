@@ -1,5 +1,6 @@
 #include "families/svfrun.h"
 
+#include "families/comparisonplan.h"
 #include "families/rowverify.h"
 #include "jtag/runtest.h"
 #include "jtag/sir.h"
@@ -11,12 +12,7 @@ namespace keld2 {
 
 namespace {
 
-constexpr std::int32_t progresslines = 10000;    // that count as a whole text
-constexpr std::int32_t rollingreadback = 12288;  // queued bytes beyond which rows are compared
-constexpr std::int32_t once208fuses = 115869;
-constexpr std::int32_t once208rows = 208;
-
-std::int32_t half(std::int32_t total) { return roundint32(total / 2.0); }
+constexpr std::int32_t progresslines = 10000;  // that count as a whole text
 
 class Player {
   public:
@@ -28,18 +24,18 @@ class Player {
           state_(state),
           reader_(text),
           executor_(run_, lines_, state, procedure.codecheck),
-          total_(rowtotal(procedure, run.s.tlength[0])) {}
+          plan_(procedure, run.s.tlength[0]) {}
 
     // False when the operation has failed.
     bool play() {
         while (!reader_.atend()) {
             reader_.readcounted();
-            if (++linecount_ > procedure_.linelimit) return comparebeyondlimit();
+            if (++linecount_ > procedure_.linelimit) return compareatend(true);
             if (!playline()) return false;
             run_.s.prgmode[1] = progress();
             if (failed() || !comparerolling()) return false;
         }
-        return compareatend();
+        return compareatend(false);
     }
 
   private:
@@ -55,7 +51,7 @@ class Player {
                 executor_.SDRdate95(statement_);
             else
                 executor_.SDRdate(statement_);
-            return failed() || comparebehindsdr();
+            return failed() || compare(plan_.behindsdr(state_.rowcount));
         } else if (beginswith(line, "RUNTEST")) {
             const RuntestStatement runtest = readruntest(lines_.family().runtest, line);
             executeruntest(lines_, run_.devcore, runtest, run_.s.pwte[0]);
@@ -69,56 +65,25 @@ class Player {
         return static_cast<std::uint8_t>(checkedint32(done * 100) / whole);
     }
 
-    bool compare(std::int32_t first, std::int32_t last) {
-        return verifyrows(run_, *procedure_.comparison, state_, lines_.levels().tdomask(), first,
-                          last) == status::goon;
-    }
-
-    bool comparebehindsdr() {
-        switch (procedure_.interim) {
-            case SvfProcedure::Interim::half:
-                return state_.rowcount != total_ / 2 + 1 || compare(1, half(total_));
-            case SvfProcedure::Interim::once208:
-                return compareonce208();
-            default:
-                return true;
-        }
-    }
-
-    bool compareonce208() {
-        if (compared208_ || run_.s.tlength[0] != once208fuses || state_.rowcount != once208rows)
-            return true;
-        if (!compare(1, once208rows)) return false;
-        compared208_ = true;
-        armreadback(run_);
+    bool compare(const std::optional<ComparedRows>& rows) {
+        if (!rows) return true;
+        if (verifyrows(run_, *procedure_.comparison, state_, lines_.levels().tdomask(), rows->first,
+                       rows->last) != status::goon)
+            return false;
+        if (rows->rearms) armreadback(run_);
         return true;
     }
 
     bool comparerolling() {
-        const bool due = procedure_.interim == SvfProcedure::Interim::rolling &&
-                         lines_.levels().readcount > rollingreadback;
-        if (!due) return true;
-        if (!compare(verified_ + 1, state_.rowmark)) return false;
-        verified_ = state_.rowmark;
-        armreadback(run_);
+        const auto rows = plan_.behindline(state_.rowmark, lines_.levels().readcount);
+        if (!rows) return true;
+        if (!compare(rows)) return false;
         lines_.levels().readcount = 0;
         return true;
     }
 
-    bool comparebeyondlimit() {
-        return procedure_.interim == SvfProcedure::Interim::rolling || compareatend();
-    }
-
-    bool compareatend() {
-        if (state_.rowcount < procedure_.leastrowcount) return true;
-        switch (procedure_.interim) {
-            case SvfProcedure::Interim::half:
-                return compare(half(total_) + 1, total_);
-            case SvfProcedure::Interim::rolling:
-                return compare(verified_ + 1, state_.rowmark);
-            default:
-                return compare(procedure_.firstrow, total_);
-        }
+    bool compareatend(bool beyondlimit) {
+        return compare(plan_.atend(state_.rowcount, state_.rowmark, beyondlimit));
     }
 
     const RunContext& run_;
@@ -128,10 +93,8 @@ class Player {
     SvfReader reader_;
     SdrExecutor executor_;
     SdrStatement statement_;
-    std::int32_t total_;
+    ComparisonPlan plan_;
     std::int32_t linecount_ = 0;
-    std::int32_t verified_ = 0;
-    bool compared208_ = false;
 };
 
 // Brings the programmer's list engine up and resets the chip's TAP.
