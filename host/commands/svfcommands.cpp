@@ -21,7 +21,7 @@ namespace {
 
 struct Arguments {
     std::string task, data, layout = "A2", file;
-    bool anyway = false;      // plays a text that loses statements
+    bool anyway = false;      // plays a text that loses statements or fails
     bool statements = false;  // tells of those that run, too
 };
 
@@ -70,14 +70,13 @@ int check(const Arguments& arguments, const DeviceOptions& options) {
     return result.usesall() ? exitstatus::well : exitstatus::data;
 }
 
-// Whether a text that loses statements is to be played all the same.
-bool askanyway(const Arguments& arguments, const DeviceOptions& options) {
-    if (arguments.anyway) return true;
+// Whether a text is to be played though not all of it would have its effect.
+bool askanyway(const std::string& why, const DeviceOptions& options) {
     const InterruptWatch interrupts;  // an interrupt takes the safe answer
     TerminalBoxes boxes(consoleoptions(options).onbox, stderr);
     const Box box{.buttons = BoxButtons::okcancel,
                   .title = u"keld2",
-                  .text = utf16("Not all of " + arguments.file + " would be played. Play it?")};
+                  .text = utf16(why + ". Play it all the same?")};
     return boxes.answer(box) == BoxAnswer::ok;
 }
 
@@ -85,10 +84,12 @@ int play(const Arguments& arguments, const DeviceOptions& options) {
     const SvfCheck result = checkfile(arguments.file, options);
     if (!result.usesall()) {
         std::cerr << told(result, arguments.file);
-        if (!askanyway(arguments, options))
-            throw HostError(exitstatus::data, arguments.file +
-                                                  ": not all of it would be played; "
-                                                  "--anyway plays it all the same");
+        const std::string why =
+            arguments.file +
+            (result.fault ? ": the run would fail at line " + std::to_string(result.fault->line)
+                          : ": not all of it would be played");
+        if (!arguments.anyway && !askanyway(why, options))
+            throw HostError(exitstatus::data, why + "; --anyway plays it all the same");
     }
     return rundevicejob({.steps = {operationnamed("program")}, .file = {}, .svf = arguments.file},
                         options);

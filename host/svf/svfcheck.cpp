@@ -136,6 +136,8 @@ class Checker final : public SvfListener {
         for (std::int32_t row = 0; row < check_.rows; ++row)
             judge(row, end.stored.sources[static_cast<std::size_t>(row)]);
         tellmisfits();
+        if (atstart() && check_.lost.empty() && !end.fault && !end.beyondlimit)
+            check_.lost.push_back({1, "the text has no statement, expected SIR, SDR or RUNTEST"});
         for (const std::int32_t line : unstored_)
             check_.skipped.push_back({line,
                                       "SDR: TDO without MASK on an unfinished line, read "

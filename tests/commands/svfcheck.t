@@ -25,10 +25,12 @@ Line, column and reason of what is passed over, lost, or fails the run:
   [65]
   $ check 'STATE RESET;\nTRST ON;\n'
   text.svf:1: skipped: STATE: the run begins with a reset
+  text.svf:1: lost: the text has no statement, expected SIR, SDR or RUNTEST
   text.svf:2: skipped: TRST: there is no TRST line, the run begins with a reset
   text.svf: 2 lines: 0 SIR, 0 SDR that drive, 0 that read, 0 that replay, 0 RUNTEST
   text.svf: 0 bits shifted, 0 clocks, 0.000 s of waiting; 0 rows stored, 0 compared
   text.svf: the device's comparison takes rows 1 to 80
+  [65]
   $ check 'SIR 8 TDI (16);\nSTATE RESET;\n'
   text.svf:2: lost: STATE RESET: is not supported
   text.svf: 2 lines: 1 SIR, 0 SDR that drive, 0 that read, 0 that replay, 0 RUNTEST
@@ -136,7 +138,7 @@ A text that loses statements is played after a question, or anyway:
   lossy.svf: 0 bits shifted, 0 clocks, 0.000 s of waiting; 0 rows stored, 0 compared
   lossy.svf: the device's comparison takes rows 1 to 80
   keld2
-  Not all of lossy.svf would be played. Play it?
+  lossy.svf: not all of it would be played. Play it all the same?
   keld2: answered with cancel
   keld2: lossy.svf: not all of it would be played; --anyway plays it all the same
   [65]
@@ -151,7 +153,7 @@ A text that loses statements is played after a question, or anyway:
   lossy.svf: 0 bits shifted, 0 clocks, 0.000 s of waiting; 0 rows stored, 0 compared
   lossy.svf: the device's comparison takes rows 1 to 80
   keld2
-  Not all of lossy.svf would be played. Play it?
+  lossy.svf: not all of it would be played. Play it all the same?
   keld2: answered with ok
 
 A failure is explained when asked, and in a sequence by the text of its step:
