@@ -9,7 +9,7 @@
 #include "platform/platformdecorator.h"
 #include "platform/posix/posixplatform.h"
 #include "plugin/clskeld2.h"
-#include "sim/datacheck.h"
+#include "shared/datacheck.h"
 
 namespace {
 
@@ -22,7 +22,7 @@ class ArmDevCore final : public bench::IdleDevCore {
   public:
     ArmDevCore(SharedVariables& s, std::int64_t& queued) : IdleDevCore(queued), s_(s) {}
     int checkbyte(std::int16_t value, std::int32_t address, int mode) override {
-        return sim::checkbyte(s_, value, address, mode);
+        return keld2::checkbyte(s_, value, address, mode);
     }
     bool transferwait(std::uint8_t) override {
         s_.ibuf1[0] = 100;

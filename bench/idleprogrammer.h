@@ -4,12 +4,12 @@
 #include <algorithm>
 #include <cstdint>
 
+#include "external/idledevcore.h"
 #include "external/usbtransport.h"
-#include "host/programmer/idledevcore.h"
 
 namespace keld2::bench {
 
-class IdleDevCore : public host::IdleDevCore {
+class IdleDevCore : public keld2::IdleDevCore {
   public:
     explicit IdleDevCore(std::int64_t& queued) : queued_(queued) {}
 

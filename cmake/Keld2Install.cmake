@@ -1,5 +1,5 @@
-# What cmake --install lays down: the library with its headers and package config, the host and
-# the device catalogue.
+# What cmake --install lays down: the library with its headers and package config, and the
+# documents with what they lead to.
 include(CMakePackageConfigHelpers)
 
 install(TARGETS tq5keld2 EXPORT tq5keld2Targets
@@ -24,4 +24,6 @@ install(FILES ${CMAKE_BINARY_DIR}/tq5keld2Config.cmake ${CMAKE_BINARY_DIR}/tq5ke
   DESTINATION ${package})
 
 install(FILES ${CMAKE_SOURCE_DIR}/README.md ${CMAKE_SOURCE_DIR}/CHANGELOG.md
+  DESTINATION ${CMAKE_INSTALL_DOCDIR})
+install(DIRECTORY ${CMAKE_SOURCE_DIR}/docs ${CMAKE_SOURCE_DIR}/examples
   DESTINATION ${CMAKE_INSTALL_DOCDIR})

@@ -6,7 +6,7 @@
 
 #include "platform/fault.h"
 #include "platform/form.h"
-#include "sim/datacheck.h"
+#include "shared/datacheck.h"
 
 namespace keld2::fuzz {
 
@@ -107,12 +107,12 @@ class HostileDevCore final : public DevCore {
     void qbusconfig(std::int32_t, std::uint8_t, std::uint8_t) override { call(); }
     int checkbyte(std::int16_t value, std::int32_t address, int mode) override {
         call();
-        return sim::checkbyte(s_, value, address, mode);
+        return keld2::checkbyte(s_, value, address, mode);
     }
     int checkword(std::uint8_t low, std::uint8_t high, std::int32_t address, int mode,
                   int) override {
         call();
-        return sim::checkword(s_, low, high, address, mode);
+        return keld2::checkword(s_, low, high, address, mode);
     }
     bool transferwait(std::uint8_t) override {
         call();

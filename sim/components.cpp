@@ -1,6 +1,6 @@
 #include "sim/components.h"
 
-#include "sim/datacheck.h"
+#include "shared/datacheck.h"
 
 namespace keld2::sim {
 
@@ -12,12 +12,12 @@ void SimDevCore::drivercommit() {
 }
 
 int SimDevCore::checkbyte(std::int16_t value, std::int32_t address, int mode) {
-    return sim::checkbyte(s_, value, address, mode);
+    return keld2::checkbyte(s_, value, address, mode);
 }
 
 int SimDevCore::checkword(std::uint8_t low, std::uint8_t high, std::int32_t address, int mode,
                           int) {
-    return sim::checkword(s_, low, high, address, mode);
+    return keld2::checkword(s_, low, high, address, mode);
 }
 
 bool SimDevCore::transferwait(std::uint8_t count) {

@@ -1,58 +1,31 @@
-// Attaches a programmer of one's own to the installed plug-in: every call is printed, and a chip
-// id is read from it.
+// Attaches a programmer of one's own to the installed plug-in: what it is asked to do is printed,
+// and a chip id is read from it.
 #include <cstdio>
 #include <exception>
 #include <memory>
 
+#include "external/idledevcore.h"
 #include "platform/numbers.h"
 #include "platform/posix/posixplatform.h"
 #include "plugin/clskeld2.h"
 
 namespace {
 
-// A programmer that prints what it is asked to do. A real one would talk to its hardware here.
-class PrintingDevCore final : public keld2::DevCore {
+// A programmer of which only supplies and ends of a run are told. A real one would derive from
+// DevCore, so that the compiler asks for every operation, and talk to its hardware here.
+class PrintingDevCore final : public keld2::IdleDevCore {
   public:
     void setvcc(std::int32_t mv) override { std::printf("VCC %d mV\n", mv); }
-    void setvpp(std::int32_t mv, std::uint8_t channel) override {
-        std::printf("VPP%d %d mV\n", channel, mv);
-    }
     void setgndpin(std::uint8_t pin, std::uint8_t on) override {
         std::printf("ground pin %d: %d\n", pin, on);
     }
     void setvccpin(std::uint8_t pin, std::uint8_t on) override {
         std::printf("VCC pin %d: %d\n", pin, on);
     }
-    void setvpppin(std::uint8_t pin, std::uint8_t on) override {
-        std::printf("VPP pin %d: %d\n", pin, on);
-    }
-    void drivercommit() override {}
     void powerdown() override { std::puts("power down"); }
     void signalpass(std::uint8_t) override { std::puts("pass"); }
     void signalfail(std::uint8_t) override { std::puts("fail"); }
-    int readycheck() override { return 0; }
-    void readyfail() override {}
-    int modeselect(std::uint8_t) override { return 0; }
-    int modeselect2(std::uint8_t, int) override { return 0; }
-    int modeselect3(std::uint8_t, int) override { return 0; }
-    int armready() override { return 0; }
-    void regwrite(std::int32_t, std::uint8_t) override {}
-    void qregwrite(std::int32_t, std::uint8_t) override {}
     std::uint8_t regread(std::uint8_t) override { return idbytes[next++ % 3]; }
-    void qregread(std::uint8_t) override {}
-    void waitshort(std::int32_t) override {}
-    void qwaitshort(std::int32_t) override {}
-    void waitlong(std::int32_t) override {}
-    void qwaitlong(std::int32_t) override {}
-    void qrun() override {}
-    void buswrite(std::int32_t, std::uint8_t, std::uint8_t) override {}
-    void qbuswrite(std::int32_t, std::uint8_t, std::uint8_t) override {}
-    void busconfig(std::int32_t, std::uint8_t, std::uint8_t) override {}
-    void qbusconfig(std::int32_t, std::uint8_t, std::uint8_t) override {}
-    int checkbyte(std::int16_t, std::int32_t, int) override { return 0; }
-    int checkword(std::uint8_t, std::uint8_t, std::int32_t, int, int) override { return 0; }
-    bool transferwait(std::uint8_t) override { return false; }
-    void loadalgobuf(std::int32_t&) override {}
 
   private:
     static constexpr std::uint8_t idbytes[3] = {0x5A, 0x41, 0x07};

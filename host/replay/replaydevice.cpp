@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <atomic>
 
-#include "sim/datacheck.h"
+#include "shared/datacheck.h"
 
 namespace keld2::host {
 
@@ -39,12 +39,12 @@ std::uint8_t ReplayDevCore::regread(std::uint8_t) {
 }
 
 int ReplayDevCore::checkbyte(std::int16_t value, std::int32_t address, int mode) {
-    return sim::checkbyte(s_, value, address, mode);
+    return keld2::checkbyte(s_, value, address, mode);
 }
 
 int ReplayDevCore::checkword(std::uint8_t low, std::uint8_t high, std::int32_t address, int mode,
                              int) {
-    return sim::checkword(s_, low, high, address, mode);
+    return keld2::checkword(s_, low, high, address, mode);
 }
 
 bool ReplayDevCore::transferwait(std::uint8_t) {

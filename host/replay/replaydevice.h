@@ -1,8 +1,8 @@
 // A replay as programmer: DevCore and UsbTransport that answer from a Replay.
 #pragma once
 
+#include "external/idledevcore.h"
 #include "external/usbtransport.h"
-#include "host/programmer/idledevcore.h"
 #include "host/replay/replayfile.h"
 #include "host/replay/virtualtime.h"
 #include "shared/sharedvariables.h"

@@ -1,7 +1,7 @@
 // MeterDevCore: a programmer that only counts the clocks and pauses that are queued.
 #pragma once
 
-#include "host/programmer/idledevcore.h"
+#include "external/idledevcore.h"
 #include "jtag/wiring.h"
 
 namespace keld2::host {

@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <limits>
 
-#include "host/programmer/idledevcore.h"
+#include "external/idledevcore.h"
 #include "platform/platformdecorator.h"
 #include "plugin/clskeld2.h"
 #include "testmachine.h"
@@ -56,7 +56,7 @@ class MeddledRun {
         MeddledRun& run_;
         int services_ = 0;
     };
-    struct Core final : host::IdleDevCore {
+    struct Core final : keld2::IdleDevCore {
         explicit Core(MeddledRun& run) : run_(run) {}
         bool transferwait(std::uint8_t) override { return (run_.s().ibuf1[0] = 100) != 0; }
         void loadalgobuf(std::int32_t& length) override { run_.onloadalgobuf(length); }

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Installs the build into a folder of its own, builds the examples against it and runs them; then
-# checks that no installed header needs one that is not.
+# checks that every installed header can be used alone, and that what the documents name is there.
 # usage: consumer.sh BUILD_DIR SOURCE_DIR
 set -euo pipefail
 work=$(mktemp -d)
@@ -14,7 +14,17 @@ for example in consumer chost; do
     "$build/$example"
 done
 
-headers="$work/prefix/include/tq5keld2"
-cd "$headers"
-find . -name '*.h' | sed 's|^\./\(.*\)|#include "\1"|' | sort >"$work/headers.cpp"
-"${CXX:-c++}" -std=c++20 -fsyntax-only -I "$headers" "$work/headers.cpp"
+headers=$work/prefix/include/tq5keld2
+(cd "$headers" && find . -name '*.h') | xargs -P "$(nproc)" -I{} \
+    "${CXX:-c++}" -std=c++20 -fsyntax-only -I "$headers" -include "$headers/{}" -x c++ /dev/null
+
+# what the installed documents lead to is installed too
+cd "$work/prefix/share/doc/tq5keld2"
+for page in README.md docs/*.md; do
+    for link in $(grep -oP '\]\(\K[^)#: ]+(?=[)#])' "$page"); do
+        [ -e "$(dirname "$page")/$link" ] || { echo "$page leads to $link, which is not installed"; exit 1; }
+    done
+done
+for header in $(grep -ohP '`\K[a-z0-9/]+\.h(?=`)' docs/own-programmer.md docs/c-interface.md); do
+    [ -e "$headers/$header" ] || { echo "$header is not installed"; exit 1; }
+done

@@ -8,7 +8,7 @@
 #include "host/replay/replayprogrammer.h"
 #include "host/trace/tracingplatform.h"
 #include "platform/fault.h"
-#include "sim/datacheck.h"
+#include "shared/datacheck.h"
 #include "testmachine.h"
 
 namespace {
@@ -252,20 +252,19 @@ TEST(DataCheck, Modes) {
           ByteCheck{2, 254, 5, 1, 1}, ByteCheck{3, 0x5A, 5, 0, 0}, ByteCheck{3, 0xF1, 5, 0, 1},
           ByteCheck{0, 0x5C, 5, 0, 0}, ByteCheck{0, 1, 2200, 1, 1}, ByteCheck{2, 255, -1, 1, 1}}) {
         s.prgresult[0] = 0;
-        EXPECT_EQ(sim::checkbyte(s, static_cast<std::int16_t>(c.value), c.address, c.mode),
-                  c.answer)
+        EXPECT_EQ(checkbyte(s, static_cast<std::int16_t>(c.value), c.address, c.mode), c.answer)
             << "mode " << c.mode << " value " << c.value;
         EXPECT_EQ(s.prgresult[0], c.result) << "mode " << c.mode << " value " << c.value;
     }
     EXPECT_EQ(s.ibuffer[5], 0x5C);
     EXPECT_EQ(s.MainRtstr[1].text(), u">> 000005      F1         5A\n");
 
-    EXPECT_EQ(sim::checkword(s, 0x34, 0x12, 1099, 0), 0);
+    EXPECT_EQ(checkword(s, 0x34, 0x12, 1099, 0), 0);
     EXPECT_EQ(s.ibuffer[2198], 0x34);
-    EXPECT_EQ(sim::checkword(s, 0x34, 0x13, 1099, 1), 1);
-    EXPECT_EQ(sim::checkword(s, 0x34, 0x12, 1100, 1), 1) << "outside the buffer";
+    EXPECT_EQ(checkword(s, 0x34, 0x13, 1099, 1), 1);
+    EXPECT_EQ(checkword(s, 0x34, 0x12, 1100, 1), 1) << "outside the buffer";
     s.MainRtstr[1] = u"";
-    EXPECT_EQ(sim::checkword(s, 0xCD, 0xAB, 1099, 3), 0);
+    EXPECT_EQ(checkword(s, 0xCD, 0xAB, 1099, 3), 0);
     EXPECT_EQ(s.MainRtstr[1].text(), u">> 00044B      ABCD         1234\n");
 }
 
@@ -273,12 +272,12 @@ TEST(DataCheck, TheReportEndsWith256Lines) {
     test::TestMachine machine;
     SharedVariables s(machine.memory(), machine.strings());
     s.map(0, {});
-    for (int i = 0; i < 255; ++i) ASSERT_EQ(sim::checkbyte(s, 1, i, 3), 0) << i;
-    EXPECT_EQ(sim::checkbyte(s, 1, 255, 3), 1);
+    for (int i = 0; i < 255; ++i) ASSERT_EQ(checkbyte(s, 1, i, 3), 0) << i;
+    EXPECT_EQ(checkbyte(s, 1, 255, 3), 1);
     const std::size_t length = s.MainRtstr[1].length();
-    EXPECT_EQ(sim::checkbyte(s, 1, 256, 3), 1);
+    EXPECT_EQ(checkbyte(s, 1, 256, 3), 1);
     EXPECT_EQ(s.MainRtstr[1].length(), length);
-    EXPECT_EQ(sim::checkbyte(s, 0, 256, 3), 0) << "a byte that agrees";
+    EXPECT_EQ(checkbyte(s, 0, 256, 3), 0) << "a byte that agrees";
 }
 
 TEST(Trace, TextsProgressAndLinesLeftOut) {

@@ -3,7 +3,7 @@
 
 #include "external/devcore.h"
 
-namespace keld2::host {
+namespace keld2 {
 
 class IdleDevCore : public DevCore {
   public:
@@ -41,4 +41,4 @@ class IdleDevCore : public DevCore {
     void loadalgobuf(std::int32_t&) override {}
 };
 
-}  // namespace keld2::host
+}  // namespace keld2

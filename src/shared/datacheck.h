@@ -1,5 +1,5 @@
-// The checks of bytes and words read from a chip against the main buffer, as every stand-in
-// programmer makes them.
+// checkbyte and checkword of a DevCore: bytes and words read from a chip against the main buffer,
+// for programmers that leave them to the plug-in's side.
 //
 // mode 0 stores the value and answers 0; 1 compares and 2 checks blank (255): a mismatch leaves 1
 // in prgresult[0] and answers 1. Mode 3 collects a report line of each mismatch in MainRtstr[1]
@@ -12,7 +12,7 @@
 
 #include "shared/sharedvariables.h"
 
-namespace keld2::sim {
+namespace keld2 {
 
 inline constexpr std::ptrdiff_t reportlimit = 256;  // lines
 
@@ -22,4 +22,4 @@ int checkbyte(SharedVariables& s, std::int16_t value, std::int32_t address, int 
 int checkword(SharedVariables& s, std::uint8_t low, std::uint8_t high, std::int32_t address,
               int mode);
 
-}  // namespace keld2::sim
+}  // namespace keld2

@@ -1,13 +1,13 @@
-#include "sim/datacheck.h"
+#include "shared/datacheck.h"
 
 #include <algorithm>
 #include <string>
 
-namespace keld2::sim {
+#include "shared/notes.h"
+
+namespace keld2 {
 
 namespace {
-
-constexpr std::uint8_t failed = 1;  // in prgresult[0]
 
 namespace checkmode {
 constexpr int store = 0;
@@ -42,7 +42,7 @@ void store(SharedVariables& s, const Item& item) {
 }
 
 int mismatch(SharedVariables& s) {
-    s.prgresult.release(0, failed);
+    s.prgresult.release(0, result::failed);
     return 1;
 }
 
@@ -100,4 +100,4 @@ int checkword(SharedVariables& s, std::uint8_t low, std::uint8_t high, std::int3
                  mode);
 }
 
-}  // namespace keld2::sim
+}  // namespace keld2
