@@ -2,7 +2,7 @@
 #include <cmath>
 
 #include "mpu/parallelbus.h"
-#include "mpu/usbkel2mpuprg.h"
+#include "mpu/parallelmcu.h"
 #include "platform/numbers.h"
 
 namespace keld2 {
@@ -13,11 +13,11 @@ constexpr int erasepolls = 3000;
 
 }  // namespace
 
-std::int64_t usbkel2mpuprg::dataindex(std::int32_t a) const {
+std::int64_t ByteMcu::dataindex(std::int32_t a) const {
     return roundint32(a - s().wltbigendbuf[0] + s().wltbigendbuf[2]);
 }
 
-bool usbkel2mpuprg::datainbuffer() const {
+bool ByteMcu::datainbuffer() const {
     const auto index = [this](std::int32_t a) {  // as dataindex, but without a fault
         return std::nearbyint(a - s().wltbigendbuf[0] + s().wltbigendbuf[2]);
     };
@@ -25,21 +25,25 @@ bool usbkel2mpuprg::datainbuffer() const {
            (index(first()) >= 0 && index(last()) < static_cast<double>(s().ibuffer.size()));
 }
 
-bool usbkel2mpuprg::byteprogrampossible() const {
-    return parallelreadpossible(1) && datainbuffer();
+bool ByteMcu::possible(std::int16_t op) const {
+    if (op == operation::program) return readpossible() && datainbuffer();
+    if (op == operation::erase) return readpossible() && (s().woption[0] != 1 || datainbuffer());
+    return !reads(op) || readpossible();
 }
 
-bool usbkel2mpuprg::byteerasepossible() const {
-    return parallelreadpossible(2) && (s().woption[0] != 1 || datainbuffer());
+void ByteMcu::carryout(std::int16_t op) {
+    if (reads(op)) parallelread(readmode(op));
+    if (op == operation::program) byteprogram();
+    if (op == operation::erase) byteerase();
 }
 
-void usbkel2mpuprg::byteprogram() {
+void ByteMcu::byteprogram() {
     DevCore& d = devcore();
     d.busconfig(0, busdirection::out, 1);
     d.buswrite(parking::write, 255, buscontrol::idle);
     d.setvpppin(s().bvpppin[0], 1);
     d.waitshort(100);
-    if (queuebytes(&usbkel2mpuprg::queueprogrambyte)) {
+    if (queuebytes(&ByteMcu::queueprogrambyte)) {
         closelist();
         restartforverify();
         verifystages([this] { parallelread(1); });
@@ -48,7 +52,7 @@ void usbkel2mpuprg::byteprogram() {
 }
 
 // Queues each byte of the job that is not blank. False after a stop.
-bool usbkel2mpuprg::queuebytes(void (usbkel2mpuprg::*queuebyte)(std::int32_t, std::uint8_t)) {
+bool ByteMcu::queuebytes(void (ByteMcu::*queuebyte)(std::int32_t, std::uint8_t)) {
     for (std::int32_t a = first(); a <= last(); ++a) {
         const std::uint8_t b = s().ibuffer[dataindex(a)];
         if (b != 255) (this->*queuebyte)(a | commandbase, b);
@@ -58,14 +62,14 @@ bool usbkel2mpuprg::queuebytes(void (usbkel2mpuprg::*queuebyte)(std::int32_t, st
 }
 
 // Percent and message loop at multiples of the progress step; true where there was one.
-bool usbkel2mpuprg::progresspoint(std::int32_t a) {
+bool ByteMcu::progresspoint(std::int32_t a) {
     if (progressstep() == 0 || a % progressstep() != 0) return false;
     writepercent(s(), a);
     service();
     return true;
 }
 
-void usbkel2mpuprg::queueprogrambyte(std::int32_t address, std::uint8_t data) {
+void ByteMcu::queueprogrambyte(std::int32_t address, std::uint8_t data) {
     DevCore& d = devcore();
     const auto cycle = [&](std::uint8_t b, std::int32_t pause) {
         d.qbuswrite(address, b, buscontrol::writestrobe);
@@ -79,7 +83,7 @@ void usbkel2mpuprg::queueprogrambyte(std::int32_t address, std::uint8_t data) {
 }
 
 // The list's end, on the address after the job.
-void usbkel2mpuprg::closelist() {
+void ByteMcu::closelist() {
     DevCore& d = devcore();
     const std::int32_t address = (last() + 1) | commandbase;
     d.qbuswrite(address, buscommand::reset, buscontrol::writestrobe);
@@ -88,7 +92,7 @@ void usbkel2mpuprg::closelist() {
     d.waitshort(200);
 }
 
-void usbkel2mpuprg::endprogramming() {
+void ByteMcu::endprogramming() {
     DevCore& d = devcore();
     for (const int i : {0, 1})
         if (s().bvpppin[i] > 0) d.setvpppin(s().bvpppin[i], 0);
@@ -98,7 +102,7 @@ void usbkel2mpuprg::endprogramming() {
     }
 }
 
-void usbkel2mpuprg::byteerase() {
+void ByteMcu::byteerase() {
     DevCore& d = devcore();
     d.buswrite(parking::write, 255, buscontrol::idle);
     d.setvpppin(s().bvpppin[0], 1);
@@ -116,18 +120,18 @@ void usbkel2mpuprg::byteerase() {
 }
 
 // A pass over the job that programs every byte to 0 before the erase. False after a stop.
-bool usbkel2mpuprg::clearbytes() {
+bool ByteMcu::clearbytes() {
     DevCore& d = devcore();
     d.busconfig(0, busdirection::out, 1);
     d.buswrite(parking::write, 255, buscontrol::idle);
     d.setvpppin(s().bvpppin[0], 1);
     d.waitshort(100);
-    if (!queuebytes(&usbkel2mpuprg::queueclearbyte)) return false;
+    if (!queuebytes(&ByteMcu::queueclearbyte)) return false;
     closelist();
     return true;
 }
 
-void usbkel2mpuprg::queueclearbyte(std::int32_t address, std::uint8_t) {
+void ByteMcu::queueclearbyte(std::int32_t address, std::uint8_t) {
     DevCore& d = devcore();
     const auto pulse = [&](std::uint8_t b, std::uint8_t strobe) {
         d.qbuswrite(address, b, strobe);
@@ -141,7 +145,7 @@ void usbkel2mpuprg::queueclearbyte(std::int32_t address, std::uint8_t) {
     pulse(255, buscontrol::readstrobe);
 }
 
-void usbkel2mpuprg::pollbyteerase() {
+void ByteMcu::pollbyteerase() {
     DevCore& d = devcore();
     d.busconfig(0, busdirection::out, 1);
     buspulse(commandbase, buscommand::reset);

@@ -1,6 +1,6 @@
 // Parallel family 23: program a page at a time, erase by command.
 #include "mpu/parallelbus.h"
-#include "mpu/usbkel2mpuprg.h"
+#include "mpu/parallelmcu.h"
 #include "platform/numbers.h"
 
 namespace keld2 {
@@ -12,15 +12,26 @@ constexpr int erasepolls = 100;
 }  // namespace
 
 // Whole pages are written, wherever first and last lie in theirs.
-bool usbkel2mpuprg::pageprogrampossible() const {
+bool PageMcu::programpossible() const {
     const std::int64_t page = s().pagelength[0];
-    if (page < 1 || !parallelreadpossible(1)) return false;
+    if (page < 1 || !readpossible()) return false;
     const std::int64_t from = first() / page * page;
     const std::int64_t to = last() / page * page + page - 1;
     return from > to || s().ibuffer.holds(from, to);
 }
 
-void usbkel2mpuprg::pageprogram() {
+bool PageMcu::possible(std::int16_t op) const {
+    if (op == operation::program) return programpossible();
+    return !(reads(op) || op == operation::erase) || readpossible();
+}
+
+void PageMcu::carryout(std::int16_t op) {
+    if (reads(op)) parallelread(readmode(op));
+    if (op == operation::program) pageprogram();
+    if (op == operation::erase) pageerase();
+}
+
+void PageMcu::pageprogram() {
     DevCore& d = devcore();
     const std::int32_t page = s().pagelength[0];
     const std::int32_t step = s().tlength[0] / page / 100 + 1;  // in pages
@@ -50,7 +61,7 @@ void usbkel2mpuprg::pageprogram() {
 }
 
 // The command that opens the page at chip address a0, then its bytes.
-void usbkel2mpuprg::queuepagebytes(std::int32_t a0) {
+void PageMcu::queuepagebytes(std::int32_t a0) {
     DevCore& d = devcore();
     const auto pulse = [&d](std::int32_t address, std::uint8_t b, std::int32_t strobepause,
                             std::int32_t endpause) {
@@ -67,7 +78,7 @@ void usbkel2mpuprg::queuepagebytes(std::int32_t a0) {
     for (std::int32_t a = a0; a < behind; ++a) pulse(high | a, s().ibuffer[a], 10, 5);
 }
 
-void usbkel2mpuprg::pageerase() {
+void PageMcu::pageerase() {
     DevCore& d = devcore();
     d.buswrite(parking::write, 255, buscontrol::idle);
     d.setvpppin(s().bvpppin[0], 1);
@@ -86,7 +97,7 @@ void usbkel2mpuprg::pageerase() {
     d.waitshort(100);
 }
 
-void usbkel2mpuprg::pollpageerase() {
+void PageMcu::pollpageerase() {
     DevCore& d = devcore();
     buspulse(commandbase, buscommand::erase);
     buspulse(commandbase, buscommand::erase);

@@ -3,7 +3,7 @@
 #include <array>
 
 #include "mpu/parallelbus.h"
-#include "mpu/usbkel2mpuprg.h"
+#include "mpu/parallelmcu.h"
 
 namespace keld2 {
 
@@ -35,7 +35,7 @@ std::uint8_t byteat(std::int32_t value, int shift) {
 
 }  // namespace
 
-void usbkel2mpuprg::parallelstartup() {
+void ParallelMcu::familystartup() {
     DevCore& d = devcore();
     const auto pause = [&d](int times) {
         for (int i = 0; i < times; ++i) d.waitshort(1000);
@@ -57,24 +57,22 @@ void usbkel2mpuprg::parallelstartup() {
     d.buswrite(parking::startup, 255, 7);
 }
 
-std::int32_t usbkel2mpuprg::base() const {
+std::int32_t ParallelMcu::base() const {
     return std::ranges::find_if(
                baserows,
                [length = s().tlength[0]](const BaseRow& row) { return length <= row.uptolength; })
         ->base;
 }
 
-std::int32_t usbkel2mpuprg::fastbase() const {
-    return s().tlength[0] < 0x80000 ? 0x1C0000 : 0x80000;
-}
+std::int32_t ParallelMcu::fastbase() const { return s().tlength[0] < 0x80000 ? 0x1C0000 : 0x80000; }
 
 // Chip addresses are buffer addresses for every byte that is read.
-bool usbkel2mpuprg::parallelreadpossible(int) const {
+bool ParallelMcu::readpossible() const {
     return first() >= 0 && last() >= 0 && last() <= lastbusaddress &&
            (first() > last() || s().ibuffer.holds(first(), last()));
 }
 
-void usbkel2mpuprg::parallelread(int mode) {
+void ParallelMcu::parallelread(int mode) {
     DevCore& d = devcore();
     d.busconfig(0, busdirection::in, 1);
     d.buswrite(parking::read, 255, buscontrol::idle);
@@ -99,7 +97,7 @@ void usbkel2mpuprg::parallelread(int mode) {
 }
 
 // Chip addresses from to to, with the command that turns the chip to reading. False after a stop.
-bool usbkel2mpuprg::queuereadblock(std::int32_t from, std::int32_t to) {
+bool ParallelMcu::queuereadblock(std::int32_t from, std::int32_t to) {
     DevCore& d = devcore();
     const std::int32_t high = base();
     armreadback(run());
@@ -124,13 +122,13 @@ bool usbkel2mpuprg::queuereadblock(std::int32_t from, std::int32_t to) {
     return true;
 }
 
-bool usbkel2mpuprg::checkblock(std::int32_t from, std::int32_t to, int mode) {
+bool ParallelMcu::checkblock(std::int32_t from, std::int32_t to, int mode) {
     for (std::int32_t a = from; a <= to; ++a)
         if (devcore().checkbyte(s().ibuf2[a - from], a, mode) == 1) return false;
     return true;
 }
 
-void usbkel2mpuprg::fastread(int mode) {
+void ParallelMcu::fastread(int mode) {
     DevCore& d = devcore();
     d.regwrite(255, fastregister);
     d.busconfig(0, busdirection::in, 1);
@@ -152,7 +150,7 @@ void usbkel2mpuprg::fastread(int mode) {
 }
 
 // count bytes and an end byte; the request is sent anew for each try.
-bool usbkel2mpuprg::fetchfastblock(std::int32_t from, std::int32_t count) {
+bool ParallelMcu::fetchfastblock(std::int32_t from, std::int32_t count) {
     SharedVariables& v = s();
     const std::int32_t address = from | fastbase();
     for (int attempt = 0; attempt < fasttries; ++attempt) {
@@ -172,20 +170,20 @@ bool usbkel2mpuprg::fetchfastblock(std::int32_t from, std::int32_t count) {
     return false;
 }
 
-void usbkel2mpuprg::buspulse(std::int32_t address, std::uint8_t data) {
+void ParallelMcu::buspulse(std::int32_t address, std::uint8_t data) {
     devcore().buswrite(address, data, buscontrol::writestrobe);
     devcore().buswrite(address, data, buscontrol::enabled);
 }
 
 // What every erase writes before its closing blank check.
-void usbkel2mpuprg::announceblankcheck() {
+void ParallelMcu::announceblankcheck() {
     const std::u16string name = s().MainmnuPrg[operation::blankcheck];
     appendheadline(s(), name);
     caption(headline(s(), name));
 }
 
 // A fresh chip between the writing of a program and its verify.
-void usbkel2mpuprg::restartforverify() {
+void ParallelMcu::restartforverify() {
     DevCore& d = devcore();
     d.setvpppin(s().bvpppin[0], 0);
     d.setvpp(s().bvcc[0] * 10, 0);
@@ -197,7 +195,7 @@ void usbkel2mpuprg::restartforverify() {
 }
 
 // VPP off the chip after an erase.
-void usbkel2mpuprg::endpulses() {
+void ParallelMcu::endpulses() {
     s().prgmode[1] = 0;
     if (s().bvpppin[0] > 0) devcore().setvpppin(s().bvpppin[0], 0);
     devcore().setvpp(s().bvcc[0] * 10, 0);

@@ -1,5 +1,5 @@
 // The serial family: start-up, id, read, verify, blank check and compare.
-#include "mpu/usbkel2mpuprg.h"
+#include "mpu/serialmcu.h"
 
 #include <algorithm>
 
@@ -15,7 +15,7 @@ std::uint8_t high(std::int32_t a) { return static_cast<std::uint8_t>(a / 256 & 2
 
 }  // namespace
 
-void usbkel2mpuprg::serialstartup() {
+void SerialMcu::familystartup() {
     DevCore& d = devcore();
     d.regwrite(10, 12);
     d.regwrite(0, 11);
@@ -34,42 +34,55 @@ void usbkel2mpuprg::serialstartup() {
     d.regwrite(0, 4);
 }
 
-void usbkel2mpuprg::serialreadid() {
+void SerialMcu::readid(Id& id) {
     port_.progenable();
     port_.send({serialcommand::framestart, serialcommand::readid, 255, 0});
     port_.chipdrives();
     port_.portselect();
-    for (std::uint8_t& b : id_) b = port_.readbyte();
+    for (std::uint8_t& b : id) b = port_.readbyte();
     port_.programmerdrives();
     port_.portrelease();
 }
 
-std::int64_t usbkel2mpuprg::configurationarea() const {
+std::int64_t SerialMcu::configurationarea() const {
     return std::int64_t{s().tlength[0]} - configurationlength;
 }
 
-std::int64_t usbkel2mpuprg::idarea() const { return configurationarea() - s().bvcch[0]; }
+std::int64_t SerialMcu::idarea() const { return configurationarea() - s().bvcch[0]; }
 
-std::int64_t usbkel2mpuprg::cutlast() const { return std::min<std::int64_t>(last(), idarea() - 1); }
+std::int64_t SerialMcu::cutlast() const { return std::min<std::int64_t>(last(), idarea() - 1); }
 
 // Pages, addresses and the ID area's page are such that they lie in the buffer (up to bufferend)
 // and in one read-back block.
-bool usbkel2mpuprg::serialjobpossible(std::int64_t bufferend) const {
+bool SerialMcu::jobpossible(std::int64_t bufferend) const {
     const std::int16_t page = s().pagelength[0];
     return page >= 1 && first() >= 0 && last() >= 0 && cutlast() < readbackdata &&
            (first() > cutlast() || s().ibuffer.holds(first(), bufferend)) &&
            s().ibuffer.holds(idarea(), idarea() + page - 1);
 }
 
-bool usbkel2mpuprg::serialconfigurationpossible() const {
+bool SerialMcu::configurationpossible() const {
     return s().ibuffer.holds(configurationarea(), configurationarea() + 1);
 }
 
-bool usbkel2mpuprg::serialreadpossible(int mode) const {
-    return serialjobpossible(cutlast()) && (mode != 0 || serialconfigurationpossible());
+bool SerialMcu::readpossible(int mode) const {
+    return jobpossible(cutlast()) && (mode != 0 || configurationpossible());
 }
 
-void usbkel2mpuprg::serialread(int mode) {
+bool SerialMcu::possible(std::int16_t op) const {
+    if (reads(op)) return readpossible(readmode(op));
+    if (op == operation::program) return programpossible();
+    return op != operation::configuration || configurationpossible();
+}
+
+void SerialMcu::carryout(std::int16_t op) {
+    if (reads(op)) serialread(readmode(op));
+    if (op == operation::program) serialprogram();
+    if (op == operation::erase) serialerase();
+    if (op == operation::configuration) serialconfiguration();
+}
+
+void SerialMcu::serialread(int mode) {
     s().ubuflg[0] = usbblocklength;
     sendlistmode(run(), listmode::run);
     devcore().setvpppin(s().bvpppin[0], 1);
@@ -86,7 +99,7 @@ void usbkel2mpuprg::serialread(int mode) {
     devcore().setvpppin(s().bvpppin[0], 0);
 }
 
-std::int32_t usbkel2mpuprg::queuereadlist() {
+std::int32_t SerialMcu::queuereadlist() {
     DevCore& d = devcore();
     const std::int64_t end = cutlast();
     const std::int16_t page = s().pagelength[0];
@@ -111,14 +124,14 @@ std::int32_t usbkel2mpuprg::queuereadlist() {
 }
 
 // The read-back is indexed by chip address.
-bool usbkel2mpuprg::checkprogrammemory(int mode) {
+bool SerialMcu::checkprogrammemory(int mode) {
     const std::int64_t end = cutlast();
     for (std::int32_t a = first(); a <= end; ++a)
         if (devcore().checkbyte(s().ibuf2[a], a, mode) == 1) return false;
     return true;
 }
 
-bool usbkel2mpuprg::checkidarea(std::int32_t a, int mode) {
+bool SerialMcu::checkidarea(std::int32_t a, int mode) {
     port_.qportselect();
     port_.qsend({serialcommand::framestart, serialcommand::readidarea, 255, low(a)});
     port_.qchipdrives();
@@ -134,7 +147,7 @@ bool usbkel2mpuprg::checkidarea(std::int32_t a, int mode) {
     return true;
 }
 
-bool usbkel2mpuprg::checkconfiguration(std::uint8_t command, std::int64_t address) {
+bool SerialMcu::checkconfiguration(std::uint8_t command, std::int64_t address) {
     port_.portselect();
     port_.send({serialcommand::framestart, command, 255, 255});
     port_.chipdrives();

@@ -1,6 +1,6 @@
 // The serial family: program, erase and configuration. Every page is sent twice: once to load
 // it, once with its address to write it.
-#include "mpu/usbkel2mpuprg.h"
+#include "mpu/serialmcu.h"
 
 namespace keld2 {
 
@@ -10,14 +10,14 @@ constexpr std::uint8_t configuration0forerase = 250;
 
 }  // namespace
 
-bool usbkel2mpuprg::serialprogrampossible() const {
+bool SerialMcu::programpossible() const {
     const std::int64_t page = s().pagelength[0];
     if (page < 1) return false;
     const std::int64_t pages = (cutlast() - first()) / page + 1;
-    return serialjobpossible(first() + pages * page - 1);  // whole pages are sent
+    return jobpossible(first() + pages * page - 1);  // whole pages are sent
 }
 
-void usbkel2mpuprg::serialprogram() {
+void SerialMcu::serialprogram() {
     DevCore& d = devcore();
     const std::int32_t w = s().pwte[0];
     enablewithvpp();
@@ -38,7 +38,7 @@ void usbkel2mpuprg::serialprogram() {
     d.qrun();
 }
 
-void usbkel2mpuprg::serialerase() {
+void SerialMcu::serialerase() {
     DevCore& d = devcore();
     const std::int32_t w = s().pwte[0];
     enablewithvpp();
@@ -58,7 +58,7 @@ void usbkel2mpuprg::serialerase() {
     d.setvpppin(s().bvpppin[0], 0);
 }
 
-void usbkel2mpuprg::serialconfiguration() {
+void SerialMcu::serialconfiguration() {
     DevCore& d = devcore();
     const std::int32_t w = s().pwte[0];
     enablewithvpp();
@@ -74,14 +74,14 @@ void usbkel2mpuprg::serialconfiguration() {
     d.setvpppin(s().bvpppin[0], 0);
 }
 
-void usbkel2mpuprg::enablewithvpp() {
+void SerialMcu::enablewithvpp() {
     devcore().setvpppin(s().bvpppin[0], 1);
     port_.progenable();
 }
 
 // A power cycle between the two steps of an erase or configuration. A start-up that is refused
 // here does not end the operation.
-void usbkel2mpuprg::restartchip() {
+void SerialMcu::restartchip() {
     devcore().setvpppin(s().bvpppin[0], 0);
     devcore().powerdown();
     hwstart();
@@ -90,7 +90,7 @@ void usbkel2mpuprg::restartchip() {
 }
 
 // One page of the buffer behind a command with address as operands.
-void usbkel2mpuprg::queuepage(std::uint8_t command, std::int32_t address, std::int64_t from) {
+void SerialMcu::queuepage(std::uint8_t command, std::int32_t address, std::int64_t from) {
     port_.qportselect();
     port_.qsend({serialcommand::framestart, command, static_cast<std::uint8_t>(address / 256 & 255),
                  static_cast<std::uint8_t>(address & 255)});
@@ -99,7 +99,7 @@ void usbkel2mpuprg::queuepage(std::uint8_t command, std::int32_t address, std::i
     port_.qportrelease();
 }
 
-void usbkel2mpuprg::queueconfiguration(std::uint8_t command, std::uint8_t value) {
+void SerialMcu::queueconfiguration(std::uint8_t command, std::uint8_t value) {
     port_.qportselect();
     port_.qsend({serialcommand::framestart, command, 0, 0, value});
     port_.qportrelease();

@@ -1,40 +1,36 @@
 // usbkel2mpuprg: the run window of the microcontroller families.
 //
-// A family is a row of a table (mpufamilies in usbkel2mpuprg.cpp): its body of the start-up, its
-// id read, its operations and the check of a job's numbers that each of them needs.
+// What all of them share: the order of start-up, id check and operation. A family derives and gives
+// its body of the start-up, its id read and its operations.
 #pragma once
 
 #include <array>
 #include <cstdint>
+#include <memory>
 
-#include "mpu/serialport.h"
 #include "run/runwindow.h"
 
 namespace keld2 {
 
-struct MpuFamily;
-
-class usbkel2mpuprg final : public RunWindow {
+class usbkel2mpuprg : public RunWindow {
   public:
-    explicit usbkel2mpuprg(const RunContext& run);
+    explicit usbkel2mpuprg(const RunContext& run) : RunWindow(run, "usbkel2mpuprg") {}
 
-    // The serial family, mode byte 21. mode: 0 read into the buffer, 1 verify, 2 blank check,
-    // 3 compare.
-    void serialread(int mode);
-    void serialprogram();
-    void serialerase();
-    void serialconfiguration();
+  protected:
+    // The maker's code and the two bytes of the device's.
+    using Id = std::array<std::uint8_t, 3>;
 
-    // The parallel families, mode bytes 22 and 23; modes as above.
-    void parallelread(int mode);  // pin by pin, in blocks of 16384 bytes
-    void fastread(int mode);      // walked by the programmer itself, in blocks of 32768 bytes
-    void byteprogram();           // 22: a byte at a time
-    void byteerase();
-    void pageprogram();  // 23: a page at a time
-    void pageerase();
+    static bool reads(std::int16_t op) { return op >= operation::read && op <= operation::compare; }
+    // 0 read into the buffer, 1 verify, 2 blank check, 3 compare.
+    static int readmode(std::int16_t op) { return op - operation::read; }
 
   private:
-    friend struct MpuFamilies;
+    virtual void familystartup() {}
+    virtual void readid(Id&) {}  // a family without an id read leaves what is there: 0
+    // Whether the job's numbers allow the operation: where they do not, it fails untouched.
+    virtual bool possible(std::int16_t) const { return true; }
+    // An operation that the family does not have passes and touches nothing.
+    virtual void carryout(std::int16_t) {}
 
     int dohwstart() override;
     int dochipidcheck() override;
@@ -42,58 +38,10 @@ class usbkel2mpuprg final : public RunWindow {
     StopButton stopbutton(std::int16_t) const override { return StopButton::shown; }
     void dooperation(std::int16_t op) override;
 
-    void serialstartup();
-    void serialreadid();
-
-    // Serial family: where things lie in the buffer, and the last program address of the job.
-    std::int64_t configurationarea() const;  // buffer address of configuration byte 0
-    std::int64_t idarea() const;             // buffer address of the ID area
-    std::int64_t cutlast() const;            // last, but not beyond the program memory
-    bool serialjobpossible(std::int64_t bufferend) const;
-    bool serialreadpossible(int mode) const;
-    bool serialprogrampossible() const;
-    bool serialconfigurationpossible() const;
-    std::int32_t queuereadlist();  // answers the address behind the last page
-    bool checkprogrammemory(int mode);
-    bool checkidarea(std::int32_t a, int mode);
-    bool checkconfiguration(std::uint8_t command, std::int64_t address);
-    void queuepage(std::uint8_t command, std::int32_t address, std::int64_t from);
-    void queueconfiguration(std::uint8_t command, std::uint8_t value);
-    void enablewithvpp();
-    void restartchip();
-
-    // Parallel families.
-    void parallelstartup();
-    bool parallelreadpossible(int mode) const;
-    bool parallelerasepossible() const { return parallelreadpossible(2); }
-    bool byteprogrampossible() const;
-    bool byteerasepossible() const;
-    bool pageprogrampossible() const;
-    std::int32_t base() const;      // high address bits of parallelread and the page writes
-    std::int32_t fastbase() const;  // high address bits of fastread
-    bool queuereadblock(std::int32_t from, std::int32_t to);
-    bool checkblock(std::int32_t from, std::int32_t to, int mode);
-    bool fetchfastblock(std::int32_t from, std::int32_t count);
-    void buspulse(std::int32_t address, std::uint8_t data);
-    bool progresspoint(std::int32_t a);
-    std::int64_t dataindex(std::int32_t a) const;
-    bool datainbuffer() const;
-    bool queuebytes(void (usbkel2mpuprg::*queuebyte)(std::int32_t, std::uint8_t));
-    void queueprogrambyte(std::int32_t address, std::uint8_t data);
-    void queueclearbyte(std::int32_t address, std::uint8_t data);
-    void closelist();
-    bool clearbytes();
-    void pollbyteerase();
-    void pollpageerase();
-    void queuepagebytes(std::int32_t a0);
-    void restartforverify();
-    void endprogramming();
-    void endpulses();
-    void announceblankcheck();
-
-    const MpuFamily* family_;
-    SerialPort port_;
-    std::array<std::uint8_t, 3> id_{};
+    Id id_{};
 };
+
+// The window of the family of prgmode[0]; of one that touches nothing for a byte that is none.
+std::unique_ptr<RunWindow> makempuwindow(const RunContext& run);
 
 }  // namespace keld2

@@ -72,7 +72,7 @@ std::vector<std::vector<std::u16string>> algorithmfiles(SharedVariables& s) {
 std::unique_ptr<RunWindow> makewindow(Runner runner, const RunContext& run) {
     switch (runner) {
         case Runner::mpuwindow:
-            return std::make_unique<usbkel2mpuprg>(run);
+            return makempuwindow(run);
         case Runner::pldwindow:
             return std::make_unique<usbkeld2pldprg>(run);
         case Runner::svfwindow:
