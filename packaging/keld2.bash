@@ -1,44 +1,120 @@
-# bash completion of keld2. Commands and options are those that its --help names, devices those of
-# "keld2 devices list".
+# bash completion of keld2. Commands, options and their values are those that its --help names,
+# devices and steps those of its catalogue.
 
-_keld2_help() { "${_keld2_words[@]}" --help 2>/dev/null; }
+# The subcommands of a command.
+_keld2_subcommands() { "$@" --help 2>/dev/null | awk '/^Subcommands:/ { on = 1; next } /^[^ ]/ { on = 0 } on && /^  [a-z]/ { print $1 }'; }
 
-# The words that may follow: subcommands, and options where the word begins with a dash.
-_keld2_subcommands() { _keld2_help | awk '/^Subcommands:/ { on = 1; next } /^[^ ]/ { on = 0 } on && /^  [a-z]/ { print $1 }'; }
-_keld2_options() { { _keld2_help; "${_keld2_words[0]}" --help 2>/dev/null; } | grep -oE '^  (-[^ ]*)' | grep -oE -- '--?[a-z-]+'; }
+# The options that a command takes, those of the program with them, a line each: its names with
+# commas, "value" where it has one, the values that its text lists ("TEXT: a, b or c").
+_keld2_options() {
+    { "$@" --help; "$1" --help; } 2>/dev/null | awk '
+        /^  -/ {
+            names = $1; sub(/[{].*/, "", names)
+            value = $2 ~ /^[A-Z][A-Z]+(:|$)/ ? "value" : "none"
+            text = $0
+            if (!sub(/^  [^ ].*  /, "", text)) { getline text }
+            gsub(/ *\([^)]*\)/, "", text); sub(/.*: /, "", text); sub(/^ */, "", text)
+            count = split(text, part, /, | or /); values = ""
+            for (i = 1; i <= count && count > 1; i++) {
+                if (part[i] ~ / /) { values = ""; break }
+                sub(/\[.*/, "", part[i]); values = values " " part[i]
+            }
+            print names, value values
+        }'
+}
+# The line of one option; nothing for a word that is none.
+_keld2_option() { _keld2_options "${command[@]}" | awk -v name="$1" '("," $1 ",") ~ ("," name ",") { print; exit }'; }
+
+_keld2_devices() { "${command[0]}" devices list 2>/dev/null | awk '{ print $1 }'; }
+# The operations of the device, or where none is named all, which are the commands ahead of auto.
+_keld2_steps() {
+    local named
+    named=$("${command[0]}" devices info "$device" 2>/dev/null | sed -n 's/^operations: //p')
+    if [[ $named ]]; then echo "${named//,/}"; else _keld2_subcommands "${command[0]}" | sed '/^auto$/,$d'; fi
+}
+
+# The words of the line up to the cursor, in the array words. Bash takes : and = for words of their
+# own; what no blank parts is one word here.
+_keld2_join() {
+    local rest=${COMP_LINE:0:COMP_POINT} word blanks i
+    words=()
+    for ((i = 0; i <= COMP_CWORD; i++)); do
+        blanks=${rest%%[^[:blank:]]*}
+        rest=${rest:${#blanks}}
+        word=${COMP_WORDS[i]}
+        ((i == COMP_CWORD)) && word=$rest
+        if [[ $blanks || $i == 0 ]]; then words+=("$word"); else words[-1]+=$word; fi
+        rest=${rest:${#word}}
+    done
+}
+
+# Offers the choices that begin with what stands behind head in the current word. Bash replaces
+# the word from its last : or = on, so what is ahead of that is left out.
+_keld2_offer() {
+    local head=$1 choices=$2 kept=$1 reply
+    while [[ $kept && ! ($kept == *[:=] && $COMP_WORDBREAKS == *"${kept: -1}"*) ]]; do kept=${kept%?}; done
+    while IFS= read -r reply; do
+        [[ $reply ]] && COMPREPLY+=("${head:${#kept}}$reply")
+    done < <(compgen -W "$choices" -- "${current:${#head}}")
+}
+
+# The value of an option, behind head in the current word.
+_keld2_value() {
+    local option=$1 head=$2 value=${current:${#2}} line
+    line=$(_keld2_option "$option")
+    [[ $line == *' value'* ]] || return 0
+    case $option in
+        -d | --device) _keld2_offer "$head" "$(_keld2_devices)" ;;
+        --steps)
+            [[ $value == *,* ]] && head+=${value%,*},
+            compopt -o nospace 2>/dev/null || :
+            _keld2_offer "$head" "$(_keld2_steps)"
+            ;;
+        -p | --programmer)
+            case $value in
+                *image=*) ;; # a file
+                sim:*)
+                    compopt -o nospace 2>/dev/null || :
+                    _keld2_offer "${head}sim:" 'image= fault='
+                    ;;
+                *) _keld2_offer "$head" "${line#* value}" ;;
+            esac
+            ;;
+        *) _keld2_offer "$head" "${line#* value}" ;;
+    esac
+}
 
 _keld2() {
-    local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]} word i
-    local -a _keld2_words=("${COMP_WORDS[0]}")
-    # the command so far: words that are subcommands of what stands before them
-    for ((i = 1; i < COMP_CWORD; i++)); do
-        word=${COMP_WORDS[i]}
-        case $word in
-            -d | --device | -p | --programmer | --format | --language | --progress | --on-box) ((i++)) ;;
-            -*) ;;
-            *) if _keld2_subcommands | grep -qxF -- "$word"; then _keld2_words+=("$word"); else break; fi ;;
-        esac
-    done
+    local -a words
+    _keld2_join
+    local current=${words[-1]} previous='' word device=${KELD2_DEVICE-} i
+    local -a command=("${words[0]}")
     COMPREPLY=()
-    local choices=
-    case $previous in
-        -d | --device) choices=$("${COMP_WORDS[0]}" devices list 2>/dev/null | awk '{ print $1 }') ;;
-        --progress) choices='auto bar lines none' ;;
-        --on-box) choices='ok cancel abort retry ignore' ;;
-        --format) choices='bin hex srec jed' ;;
-        --language) choices='en zh-cn zh-tw ko pl it nl pt tr hu ru' ;;
-        -p | --programmer) choices=sim ;;
-        *)
-            if [[ $current == -* ]]; then
-                choices=$(_keld2_options)
-            elif [[ ${_keld2_words[*]:1} == 'devices info' ]]; then
-                choices=$("${COMP_WORDS[0]}" devices list 2>/dev/null | awk '{ print $1 }')
-            else
-                choices=$(_keld2_subcommands)
-            fi
-            ;;
-    esac
-    mapfile -t COMPREPLY < <(compgen -W "$choices" -- "$current")
+    # the command so far; previous stays the option whose value the current word is
+    for ((i = 1; i < ${#words[@]} - 1; i++)); do
+        word=${words[i]}
+        if [[ $previous ]]; then
+            [[ $previous == -d || $previous == --device ]] && device=$word
+            previous=''
+        elif [[ $word == --device=* ]]; then
+            device=${word#*=}
+        elif [[ $word == -* ]]; then
+            [[ $word != *=* && $(_keld2_option "$word") == *' value'* ]] && previous=$word
+        elif _keld2_subcommands "${command[@]}" | grep -qxF -- "$word"; then
+            command+=("$word")
+        fi
+    done
+    if [[ $previous ]]; then
+        _keld2_value "$previous" ''
+    elif [[ $current == --*=* ]]; then
+        _keld2_value "${current%%=*}" "${current%%=*}="
+    elif [[ $current == -* ]]; then
+        _keld2_offer '' "$(_keld2_options "${command[@]}" | awk '{ gsub(/,/, " ", $1); print $1 }')"
+    elif [[ ${command[*]:1} == 'devices info' ]]; then
+        _keld2_offer '' "$(_keld2_devices)"
+    else
+        _keld2_offer '' "$(_keld2_subcommands "${command[@]}")"
+    fi
 }
 
 # Where nothing is offered the shell completes file names.

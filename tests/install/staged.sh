@@ -44,11 +44,12 @@ if [ -e "$desktop" ]; then
         fail "the man page of keld2-desktop has other options than --help"
 fi
 
-# completion: "words typed: what is offered", | for the words behind the last one
+# completion: "the line typed", "what is offered"; : and = are words of their own, as in a shell
 . "$work/prefix/share/bash-completion/completions/keld2"
 check() {
     local offered
-    read -ra COMP_WORDS <<<"$1"
+    COMP_LINE=$1 COMP_POINT=${#1} COMP_WORDBREAKS=$' \t\n"\'><=;|&(:'
+    read -ra COMP_WORDS < <(sed -E 's/[:=]+/ & /g' <<<"$1")
     [[ $1 == *' ' ]] && COMP_WORDS+=('')
     COMP_CWORD=$((${#COMP_WORDS[@]} - 1))
     _keld2
@@ -63,5 +64,18 @@ check 'keld2 devices info serial-4' serial-4k
 check 'keld2 -q svf ' make
 check 'keld2 trace show --de' '--depth --device'
 check 'keld2 auto --ste' --steps
+check 'keld2 -p sim:image=chip.img auto --ste' --steps
+check 'keld2 -p sim:image=chip.img devices info serial-4' serial-4k
+check 'keld2 -d serial-4k --vcd blank.vcd bl' blank
+check 'keld2 --device=serial-4' serial-4k
+check 'keld2 -p ' 'sim hardware'
+check 'keld2 -p sim:im' image=
+check 'keld2 -p sim:image=' ''
+check 'keld2 -d serial-4k auto --steps=erase,v' erase,verify
+check 'keld2 -d serial-4k auto --steps sec' ''
+check 'keld2 auto --steps sec' secure
+check 'keld2 svf make --operation pro' program
+check 'keld2 svf make --layout B' 'B1 B2'
+check 'keld2 --language zh' 'zh-cn zh-tw'
 check 'keld2 --on-box re' retry
 check 'keld2 -d serial-4k program ' ''
