@@ -6,12 +6,12 @@
 #include <iostream>
 #include <string>
 
-#include "host/cli/jobcommand.h"
 #include "host/cli/usageerror.h"
 #include "host/commands/algocommands.h"
 #include "host/commands/cataloguecommands.h"
 #include "host/commands/devicecommands.h"
 #include "host/commands/editcommand.h"
+#include "host/commands/jobcommand.h"
 #include "host/commands/mapcommand.h"
 #include "host/commands/svfcommands.h"
 #include "host/commands/tracecommands.h"

@@ -1,4 +1,4 @@
-#include "host/cli/jobcommand.h"
+#include "host/commands/jobcommand.h"
 
 #include <algorithm>
 #include <array>
