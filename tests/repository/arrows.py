@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Checks which room includes which: every #include between rooms must be an arrow of the design.
+"""Checks every #include between rooms against the table of docs/architecture.md.
 
 usage: arrows.py SOURCE_DIR
 """
@@ -7,64 +7,59 @@ import pathlib
 import re
 import sys
 
-# room -> what it may include from (itself is always allowed); "texts" is src/plugin/texts
-RUN = {"shared", "external", "platform", "texts"}
-ALLOWED = {
-    "external": set(),
-    "platform": set(),
-    "platform/posix": {"platform"},
-    "platform/win32": {"platform"},
-    "texts": set(),
-    "shared": {"platform"},
-    "run": RUN,
-    "mpu": RUN | {"run"},
-    "jtag": RUN | {"run"},
-    "families": RUN | {"run", "jtag"},
-    "arm": RUN,
-    "editors": {"shared", "external", "platform", "texts"},
-    "external/win32": {"external", "shared", "platform", "platform/win32"},
-    "plugin": RUN | {"run", "mpu", "jtag", "families", "arm", "editors"},
-    "plugin/com": RUN | {"plugin", "run", "platform/win32", "external/win32"},
-    # a host for other languages, within the library
-    "capi": {"plugin", "external", "shared", "platform", "platform/posix"},
-    "sim": {"external", "shared", "platform"},
-    # the public headers of the plug-in, and the machine that a host hands in
-    "host": {"plugin", "texts", "external", "shared", "platform", "platform/posix",
-             "platform/win32", "external/win32", "sim",
-             # texts are made and checked by the rules by which the engine reads them
-             "jtag", "families"},
-}
-SYSTEM = {"platform/posix", "platform/win32", "plugin/com", "external/win32", "host", "sim"}
-SYSTEM_HEADER = re.compile(r'#include <(sys/|unistd\.h|fcntl\.h|windows\.h|poll\.h|signal\.h|ole|oaidl)')
+SYSTEM_HEADER = re.compile(r"#include <(?!std|png|toml)\S+\.h>")
 
 
-def room_of(path):
-    """The room of a path written from src/ or from the root: longest name that matches."""
+def read_table(page):
+    """room -> the rooms that it may know, itself among them; rooms of src without "src/"."""
+    table = {}
+    for line in page.read_text(encoding="utf-8").splitlines():
+        cells = re.fullmatch(r"\| (`[^|]*) \|[^|]*\| ([^|]*) \|", line)
+        for room in re.findall(r"`([^`]+)`", cells[1]) if cells else ():
+            table[room.removeprefix("src/")] = cells[2]
+
+    def known(room, below):
+        named = set(re.findall(r"`([^`]+)`", table[room]))
+        if named - table.keys():
+            sys.exit(f"the table names {named - table.keys()}, which is no room")
+        return named.union({room}, *(known(other, True) for other in named if below))
+
+    return {room: known(room, text.endswith(" and below")) for room, text in table.items()}
+
+
+def room_of(path, allowed):
+    """The room of a path written from src/ or from the root: the longest name that matches."""
     path = path.removeprefix("src/")
-    if path.startswith("plugin/texts/"):
-        return "texts"
-    rooms = [r for r in ALLOWED if path.startswith(r + "/")]
-    return max(rooms, key=len, default=None)
+    return max((room for room in allowed if path.startswith(room + "/")), key=len, default=None)
 
 
-def faults(root):
-    for file in sorted(root.glob("src/**/*.[hc]*")) + sorted(root.glob("sim/**/*.[hc]*")) + \
-            sorted(root.glob("host/**/*.[hc]*")):
-        name = file.relative_to(root).as_posix()
-        room = room_of(name)
-        if room is None:
+def faults_of(name, text, allowed):
+    room = room_of(name, allowed)
+    if room is None:
+        yield f"{name}: in no room of the table"
+        return
+    system = room == "plugin/com" or {"posix", "win32"} & set(name.split("/"))
+    for number, line in enumerate(text.splitlines(), 1):
+        where = f"{name}:{number}: {line}"
+        if SYSTEM_HEADER.match(line) and not system:
+            yield f"{where}: a header of the operating system in {room}"
+        found = re.match(r'#include "([^"]+/[^"]+)"', line)
+        if not found:
             continue
-        for number, line in enumerate(file.read_text(encoding="utf-8").splitlines(), 1):
-            if SYSTEM_HEADER.match(line) and room not in SYSTEM:
-                yield f"{name}:{number}: {room} includes a header of the operating system: {line}"
-            found = re.match(r'#include "([^"]+)"', line)
-            target = room_of(found.group(1)) if found else None
-            if target and target != room and target not in ALLOWED[room]:
-                yield f"{name}:{number}: {room} must not know {target}: {line}"
+        target = room_of(found[1], allowed)
+        if target is None:
+            yield f"{where}: from no room of the table"
+        elif target not in allowed[room]:
+            yield f"{where}: {room} must not know {target}"
 
 
 def main():
-    found = list(faults(pathlib.Path(sys.argv[1])))
+    root = pathlib.Path(sys.argv[1])
+    allowed = read_table(root / "docs/architecture.md")
+    found = [fault for folder in ("src", "sim", "host")
+             for file in sorted((root / folder).glob("**/*.[hc]*"))
+             for fault in faults_of(file.relative_to(root).as_posix(),
+                                    file.read_text(encoding="utf-8"), allowed)]
     print("\n".join(found) or "all includes follow the arrows")
     return 1 if found else 0
 
