@@ -1,6 +1,5 @@
 // Whole runs of an ARM device of 1 MiB on a programmer that does nothing.
 #include <benchmark/benchmark.h>
-#include <unistd.h>
 
 #include <stdexcept>
 #include <string>
@@ -62,7 +61,7 @@ class IdleMachine final : public PlatformDecorator {
 };
 
 void armrun(benchmark::State& state, std::uint8_t operation) {
-    PosixPlatform machine({.scope = "keld2-bench-" + std::to_string(getpid()) + "-"});
+    PosixPlatform machine({.scope = ownscope()});
     IdleMachine idle(machine);
     std::int64_t queued = 0;
     Module module(

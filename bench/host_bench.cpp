@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <string>
 
+#include "bench/idleprogrammer.h"
 #include "host/catalogue/catalogue.h"
 #include "host/files/files.h"
 #include "host/job/session.h"
@@ -106,7 +107,7 @@ BENCHMARK_CAPTURE(SimulatedRun, logic_program, "logic-141696", "program")
 void SimulatedList(benchmark::State& state) {
     constexpr int pulses = 50'000;
     const host::Device device = host::Catalogue(KELD2_BENCH_DEVICES).find("logic-8160");
-    PosixPlatform machine({.scope = "keld2-bench-list-" + std::to_string(getpid()) + "-"});
+    PosixPlatform machine({.scope = ownscope()});
     SharedVariables s(machine.memory(), machine.strings());
     s.maprows(0, {});
     s.mapbuffers({});

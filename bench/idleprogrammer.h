@@ -1,13 +1,24 @@
 // A programmer that does nothing: it counts what is queued, and every transfer is done at once.
 #pragma once
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <cstdint>
+#include <string>
 
 #include "external/idledevcore.h"
 #include "external/usbtransport.h"
+#include "platform/posix/posixmemory.h"
 
 namespace keld2::bench {
+
+// Memory of this process alone; what killed benchmarks have left behind goes first.
+inline std::string ownscope() {
+    const std::string prefix = "keld2-bench-";
+    removeleftovers(prefix);
+    return prefix + std::to_string(getpid()) + "-";
+}
 
 class IdleDevCore : public keld2::IdleDevCore {
   public:

@@ -60,8 +60,7 @@ class Host {
     std::filesystem::path folder_ =
         std::filesystem::temp_directory_path() / ("keld2-bench-" + std::to_string(getpid()));
     std::int64_t queued_ = 0;
-    PosixPlatform platform_{
-        {.scope = "keld2-bench-" + std::to_string(getpid()) + "-", .folder = folder_}};
+    PosixPlatform platform_{{.scope = ownscope(), .folder = folder_}};
     Module module_{
         platform_,
         {.devcore = [this](SharedVariables&) { return std::make_unique<IdleDevCore>(queued_); },

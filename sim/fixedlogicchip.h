@@ -41,7 +41,6 @@ class FixedLogicChip final : public TapChip {
     void setfuse(std::size_t address, bool value) {
         fuses_.bytes()[address] = value ? erased : 254;
     }
-    std::size_t fusecount() const { return fuses_.size(); }
     bool secured() const { return !isset(security_, 0); }
 
   private:

@@ -60,7 +60,6 @@ class LogicChip final : public TapChip {
 
     std::vector<StateSection> state() override;
 
-    std::size_t cellcount() const { return cells_.size(); }
     bool cell(std::size_t address) const { return isset(cells_, address); }
     bool done() const { return !isset(marks_, donemark); }
     bool secured() const { return !isset(marks_, securemark); }

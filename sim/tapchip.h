@@ -40,7 +40,6 @@ class TapChip {
 
     virtual std::vector<StateSection> state() { return {}; }  // as Chip::state
 
-    TapState tapstate() const { return state_; }
     std::uint32_t instruction() const { return instruction_; }
 
   private:

@@ -14,7 +14,7 @@
 namespace keld2 {
 
 // Bytes of the read-back area: the largest image and the byte that follows it.
-inline constexpr std::size_t armreadbacksize = 131072 + 1;
+inline constexpr std::size_t imagereadbacksize = 131072 + 1;
 
 struct ArmContext {
     SharedVariables& s;
@@ -22,7 +22,7 @@ struct ArmContext {
     DevCore& devcore;
     UsbTransport& usb;
     TextHelper& helper;
-    // Target of the image's read-back, armreadbacksize bytes. A transport may go on writing into
+    // Target of the image's read-back, imagereadbacksize bytes. A transport may go on writing into
     // it after a run that was stopped, so it outlives the run and the transport.
     std::span<std::uint8_t> readback;
 };

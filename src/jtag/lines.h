@@ -34,7 +34,8 @@ class LineLevels {
     std::uint8_t tdoregister() const { return family().wiring.tdo.reg; }
     std::uint8_t extrabit() const { return family().extrabit; }
 
-    // The level of a line: its bit in its register, or 0.
+    // The level of a line as last driven, or cleared: its bit in its register, or 0. For who looks
+    // on at a run; the engine itself needs whole registers alone.
     std::int16_t tmsbit() const { return bit(tms); }
     std::int16_t tckbit() const { return bit(tck); }
     std::int16_t tdibit() const { return bit(tdi); }

@@ -2,7 +2,8 @@
 //
 // The whole text lies in memory. CR, LF and CR LF end a line. A helper that has begun a field of
 // several lines moves the reader on; nothing is read twice. Characters are counted for the
-// progress: every line that the run reads, and those lines of a statement that count.
+// progress: every line that the run reads, and those lines of a statement that count; svflinelen
+// tells who watches it how far the last one went.
 #pragma once
 
 #include <cstdint>

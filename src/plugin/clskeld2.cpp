@@ -74,7 +74,7 @@ void ClsKELD2::runarm(const ArmProfile& profile) {
             .devcore = module_.devcore(),
             .usb = module_.transport(),
             .helper = module_.helper(),
-            .readback = module_.armreadback()},
+            .readback = module_.imagereadback()},
            profile);
 }
 

@@ -25,9 +25,9 @@ UsbTransport& Module::transport() {
     return *transport_;
 }
 
-std::span<std::uint8_t> Module::armreadback() {
-    if (armreadback_.empty()) armreadback_.resize(armreadbacksize);
-    return armreadback_;
+std::span<std::uint8_t> Module::imagereadback() {
+    if (imagereadback_.empty()) imagereadback_.resize(imagereadbacksize);
+    return imagereadback_;
 }
 
 TextHelper& Module::helper() {

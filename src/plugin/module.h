@@ -30,15 +30,13 @@ class Module {
     TextHelper& helper();
     // The target of an ARM image's read-back. A transport may still be writing into it when the
     // run that began the read has been left, so it stays as long as the transport does.
-    std::span<std::uint8_t> armreadback();
-    // Whether DevCore has been created already.
-    bool hasdevcore() const { return devcore_ != nullptr; }
+    std::span<std::uint8_t> imagereadback();
 
   private:
     Platform& platform_;
     External external_;
     SharedVariables variables_;
-    std::vector<std::uint8_t> armreadback_;  // outlives the transport
+    std::vector<std::uint8_t> imagereadback_;  // outlives the transport
     std::unique_ptr<DevCore> devcore_;
     std::unique_ptr<UsbTransport> transport_;
     std::unique_ptr<TextHelper> helper_;

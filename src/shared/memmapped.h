@@ -17,7 +17,7 @@ class clsMemMapped {
     clsMemMapped& operator=(const clsMemMapped&) = delete;
 
     std::byte* BaseAddress() const { return view_.data(); }
-    MemoryHandle hFile() const { return handle_; }
+    MemoryHandle hFile() const { return handle_; }  // 0: none; to hand to the operating system
     const std::string& MappedFile() const { return name_; }
     std::int32_t MappedSize() const { return size_; }      // as given at mapping, in bytes
     std::size_t ViewSize() const { return view_.size(); }  // bytes that may be touched

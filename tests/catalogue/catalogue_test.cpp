@@ -74,7 +74,9 @@ TEST(DeviceFile, IsReadWhole) {
 
 // Each of these files begins with a comment: the message behind its name.
 TEST(DeviceFile, WhatIsWrongIsSaidWithLineAndKey) {
-    for (const auto& entry : std::filesystem::directory_iterator(KELD2_TEST_REFUSED)) {
+    const std::filesystem::directory_iterator files(KELD2_TEST_REFUSED);
+    EXPECT_NE(files, std::filesystem::directory_iterator()) << "there is nothing to refuse";
+    for (const auto& entry : files) {
         const std::string path = entry.path().string();
         const std::string text = readtext(path);
         EXPECT_EQ(refusalof([&] { readdevice(path); }), path + text.substr(1, text.find('\n') - 1));

@@ -20,7 +20,9 @@ class TestMachine final : public PosixPlatform {
   private:
     static std::string ownscope() {
         static std::atomic<int> count{0};
-        return "keld2-test-" + std::to_string(getpid()) + "-" + std::to_string(count++) + "-";
+        const std::string prefix = "keld2-machine-";
+        if (count == 0) removeleftovers(prefix);  // of killed tests
+        return prefix + std::to_string(getpid()) + "-" + std::to_string(count++) + "-";
     }
 };
 
