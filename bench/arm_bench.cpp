@@ -61,7 +61,7 @@ class IdleMachine final : public PlatformDecorator {
 };
 
 void armrun(benchmark::State& state, std::uint8_t operation) {
-    PosixPlatform machine({.scope = ownscope()});
+    PosixPlatform machine({.scope = bench::ownscope()});
     IdleMachine idle(machine);
     std::int64_t queued = 0;
     Module module(
