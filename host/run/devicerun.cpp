@@ -10,6 +10,7 @@
 #include "host/run/runplatform.h"
 #include "platform/numbers.h"
 #include "plugin/clskeld2.h"
+#include "shared/notes.h"
 
 namespace keld2::host {
 
@@ -217,7 +218,7 @@ class DeviceRun {
         return begun;
     }
     std::string wellline(const Operation& step) {
-        return ">>" + utf8(s().MainmnuPrg[numberof(step)].text() + s().prgnote[2].text());
+        return ">>" + utf8(s().MainmnuPrg[numberof(step)].text() + s().prgnote[note::well].text());
     }
 
     RunReport report() {

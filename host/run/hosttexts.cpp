@@ -2,6 +2,9 @@
 
 #include <array>
 
+#include "shared/notes.h"
+#include "shared/operations.h"
+
 namespace keld2::host {
 
 namespace {
@@ -18,7 +21,7 @@ constexpr std::array languages{
     LanguageRow{"hu", 30000}, LanguageRow{"ru", 33000}};
 
 // By their index in prgnote.
-constexpr std::array<std::u16string_view, 13> notes{
+constexpr std::array<std::u16string_view, note::count> notes{
     u"",                                      // before an operation's name
     u" ...",                                  // behind it
     u" OK",                                   // behind the name of one that ended well
@@ -32,8 +35,6 @@ constexpr std::array<std::u16string_view, 13> notes{
     u"Device: ",                              //
     u"   Address     Chip       Buffer",      // second line of a compare's report
     u">>Transfer timed out"};
-
-constexpr std::int64_t autoprogram = 0;  // index of the sequence's name
 
 }  // namespace
 
@@ -54,7 +55,7 @@ void writetexts(SharedVariables& s, const Device& device, std::int32_t language)
     s.Language[0] = language;
     for (std::size_t i = 0; i < notes.size(); ++i)
         s.prgnote[static_cast<std::int64_t>(i)] = notes[i];
-    s.MainmnuPrg[autoprogram] = text(TextId::autoprogram, language);
+    s.MainmnuPrg[operation::autoprogram] = text(TextId::autoprogram, language);
     for (const Operation* operation : device.operations)
         s.MainmnuPrg[operation->number] = text(operation->title, language);
 }

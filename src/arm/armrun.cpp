@@ -70,13 +70,13 @@ bool checkfirmware(const ArmContext& c) {
 
 int operate(const ArmJob& job) {
     switch (job.op) {
-        case armoperation::autoprogram:
-        case armoperation::program:
+        case operation::autoprogram:
+        case operation::program:
             return job.c.s.buftype[0] == datafilebuffer ? armprogramfile(job) : armprogram(job);
-        case armoperation::read:
-        case armoperation::compare:
+        case operation::read:
+        case operation::compare:
             return armread(job);
-        case armoperation::verify:
+        case operation::verify:
             return armverify(job);
         default:
             return armcommand(job);
@@ -85,32 +85,17 @@ int operate(const ArmJob& job) {
 
 Exit ending(const ArmJob& job) {
     SharedVariables& s = job.c.s;
-    const auto named = [&](int note) {
-        appendlog(s, u">>" + s.MainmnuPrg.textorempty(job.op) + s.prgnote[note].text() + u"\n");
-    };
     job.c.devcore.powerdown();
     if (s.prgresult.acquire(0) == result::well)
         job.c.devcore.signalpass(0);
     else
         job.c.devcore.signalfail(0);
-    switch (s.prgresult.acquire(0)) {
-        case result::well:
-            named(2);
-            break;
-        case result::failed:
-            named(3);
-            break;
-        case result::stopped:
-            appendlog(s, s.prgnote[4].text() + u"\n");
-            break;
-        case result::timedout:
-            return Exit::poweredabort;
-        case result::badalgorithm:
-            appendlog(s, u"Read algo file error!\n");
-            break;
-        default:
-            break;
-    }
+    const std::uint8_t ended = s.prgresult.acquire(0);  // a stop may have come meanwhile
+    if (ended == result::timedout) return Exit::poweredabort;
+    if (ended == result::badalgorithm)
+        appendlog(s, u"Read algo file error!\n");
+    else
+        appendresult(s, job.op, ended);
     return Exit::timed;
 }
 
@@ -169,7 +154,7 @@ void armrun(const ArmContext& c, const ArmProfile& profile) {
     guarded([&] {
         if (exit != Exit::abort) return exit;
         c.s.prgresult.release(0, result::timedout);
-        appendlog(c.s, c.s.prgnote[12].text() + u"\n");
+        appendlog(c.s, c.s.prgnote[note::timedout].text() + u"\n");
         return exit;
     });
     guarded([&] {

@@ -14,7 +14,7 @@ void followphase(const ArmJob& job, bool& noted) {
         notephase(job.c, id);
     };
     if (phase == armphase::verify && !noted) note(TextId::verify);
-    if (phase == armphase::blankcheck && !noted && job.op != armoperation::blankcheck)
+    if (phase == armphase::blankcheck && !noted && job.op != operation::blankcheck)
         note(TextId::blankcheck);
 }
 
@@ -28,7 +28,7 @@ int armcommand(const ArmJob& job) {
     bool noted = false;
     while (nextrecord(c)) {
         if (s.ibuf1[1] == armstate::failed) {
-            if (job.op == armoperation::blankcheck) notelocation(c, Detail::device);
+            if (job.op == operation::blankcheck) notelocation(c, Detail::device);
             s.prgresult.release(0, result::failed);
             return armstatus::goon;
         }

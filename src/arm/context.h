@@ -9,6 +9,7 @@
 #include "external/usbtransport.h"
 #include "platform/platform.h"
 #include "shared/notes.h"
+#include "shared/operations.h"
 #include "shared/sharedvariables.h"
 
 namespace keld2 {
@@ -32,15 +33,5 @@ namespace armstatus {
 inline constexpr int goon = 0;
 inline constexpr int brokenoff = 1;
 }  // namespace armstatus
-
-// Values of prgresult[1], the operation that the host asks for.
-namespace armoperation {
-inline constexpr std::uint8_t autoprogram = 0;
-inline constexpr std::uint8_t read = 2;
-inline constexpr std::uint8_t verify = 3;
-inline constexpr std::uint8_t blankcheck = 4;
-inline constexpr std::uint8_t compare = 5;
-inline constexpr std::uint8_t program = 6;
-}  // namespace armoperation
 
 }  // namespace keld2

@@ -16,10 +16,10 @@ bool lowmode(const ArmContext& c) { return c.s.prgmode[0] >= 1 && c.s.prgmode[0]
 // The code as notes and dialog show it.
 std::u16string codetext(const ArmContext& c) {
     SharedVariables& s = c.s;
-    std::u16string code = s.prgnote[10].text();
+    std::u16string code = s.prgnote[note::device].text();
     for (int i = 0; i <= s.ibuf1[2]; ++i) code += bytedigits(c.helper, s.ibuf1[4 + i]);
     if (lowmode(c)) return code;
-    return s.prgnote[9].text() + bytedigits(c.helper, s.ibuf1[3]) + u"   " + code;
+    return s.prgnote[note::maker].text() + bytedigits(c.helper, s.ibuf1[3]) + u"   " + code;
 }
 
 bool matches(const ArmContext& c) {

@@ -36,7 +36,7 @@ void storeconfiguration(const ArmContext& c);
 
 // A text of the plug-in in the host's language.
 std::u16string owntext(const ArmContext& c, TextId id);
-// ">>", prgnote[0], the text, prgnote[1].
+// The text as the headline of a phase.
 void notephase(const ArmContext& c, TextId id);
 // Where the device differed, with what it holds and, if wanted, what the buffer holds.
 enum class Detail { device, deviceandbuffer };

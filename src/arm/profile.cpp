@@ -78,7 +78,7 @@ double rangeend(const ArmJob& job, ArmTransferRule::End end, std::int32_t filele
     const bool islong = length > roundinglimit;
     switch (end) {
         case End::length:
-            return (islong && job.op == armoperation::compare ? trunc256(length) : length) - 1.0;
+            return (islong && job.op == operation::compare ? trunc256(length) : length) - 1.0;
         case End::rounded:
             return (islong ? trunc256(length) : length) - 1.0;
         case End::truncated:

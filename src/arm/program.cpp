@@ -116,7 +116,7 @@ void ArmProgramming::followphase() {
     bool& noted = noted_[static_cast<std::size_t>(row - phases.begin())];
     if (noted) return;
     noted = true;
-    if (!row->ofheadline || job_.op != armoperation::program) notephase(c_, row->text);
+    if (!row->ofheadline || job_.op != operation::program) notephase(c_, row->text);
     s_.prgmode[2] = 0;
 }
 

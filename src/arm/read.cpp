@@ -71,17 +71,17 @@ bool ArmReading::fetch(const ArmBlock& block) {
 }
 
 bool ArmReading::fetchbulk(const ArmBulk& bulk) {
-    const auto mode = static_cast<std::int16_t>(job_.op - armoperation::read);
+    const auto mode = static_cast<std::int16_t>(job_.op - operation::read);
     if (armbulkread(c_, mode, static_cast<std::int32_t>(bulk.offset), bulk.length) !=
         armstatus::goon) {
         if (!stopasked(c_)) s_.prgresult.release(0, result::timedout);
         return false;
     }
-    return job_.op != armoperation::compare || comparebulk(bulk);
+    return job_.op != operation::compare || comparebulk(bulk);
 }
 
 bool ArmReading::comparebulk(const ArmBulk& bulk) {
-    const int mode = job_.op - armoperation::read;
+    const int mode = job_.op - operation::read;
     const std::int32_t wordsize = geometry_.wordsize();
     const std::int32_t words = bulk.length / wordsize;
     const auto offset = static_cast<std::int32_t>(bulk.offset);
@@ -100,11 +100,11 @@ bool ArmReading::comparebulk(const ArmBulk& bulk) {
 
 int armread(const ArmJob& job) {
     const std::optional<ArmGeometry> geometry = armgeometry(job, job.profile.read);
-    const bool compare = job.op == armoperation::compare;
+    const bool compare = job.op == operation::compare;
     if (!geometry || (!compare && !holdsconfiguration(job.c))) return armstatus::brokenoff;
     if (!ArmReading(job, *geometry).blocks()) return armstatus::brokenoff;
     if (compare)
-        replacelogbyreport(job.c.s, 6);
+        replacelogbyreport(job.c.s, note::armreporthead);
     else
         storeconfiguration(job.c);
     return armstatus::goon;

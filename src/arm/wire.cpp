@@ -36,9 +36,7 @@ int sendframe(const ArmContext& c, std::initializer_list<std::uint8_t> head, std
 constexpr std::uint8_t lowbyte(std::int32_t x) { return static_cast<std::uint8_t>(x & 255); }
 
 // Read has no number of its own behind Auto Program and itself.
-std::uint8_t operationbyte(std::uint8_t op) {
-    return op == armoperation::read ? op : lowbyte(op + 1);
-}
+std::uint8_t operationbyte(std::uint8_t op) { return op == operation::read ? op : lowbyte(op + 1); }
 
 std::u16string datadigits(const ArmContext& c, int low) {
     const std::u16string text = bytedigits(c.helper, c.s.ibuf1[low]);

@@ -85,7 +85,7 @@ BoxAnswer usbkeld2pldprg::askaboutid() {
         {.buttons = BoxButtons::abortretryignore,
          .icon = BoxIcon::exclamation,
          .title = owntext(s(), TextId::warning) + owntext(s(), TextId::devicecodeerror),
-         .text = s().prgnote[10].text() + idtext_});
+         .text = s().prgnote[note::device].text() + idtext_});
 }
 
 }  // namespace keld2

@@ -21,8 +21,8 @@ int usbkel2mpuprg::dochipidcheck() {
         const auto digits = [this](int i) {
             return bytedigits(run().helper, id_.at(static_cast<std::size_t>(i)));
         };
-        const std::u16string codes = s().prgnote[9].text() + digits(0) + u"   " +
-                                     s().prgnote[10].text() + digits(1) + digits(2);
+        const std::u16string codes = s().prgnote[note::maker].text() + digits(0) + u"   " +
+                                     s().prgnote[note::device].text() + digits(1) + digits(2);
         if (id_[1] == s().typeid_[0] && id_[0] == s().compid[0]) {
             appendlog(s(), u">>" + codes + u"\n");
             return status::goon;

@@ -12,25 +12,6 @@ void restartlonglog(SharedVariables& s) {
     if (s.MainRtstr[0].length() > loglimit) s.MainRtstr[0] = u"";
 }
 
-void appendresult(SharedVariables& s, std::int16_t op) {
-    const auto named = [&](int note) {
-        appendlog(s, u">>" + s.MainmnuPrg.textorempty(op) + s.prgnote[note].text() + u"\n");
-    };
-    const auto plain = [&](int note) { appendlog(s, s.prgnote[note].text() + u"\n"); };
-    switch (s.prgresult.acquire(0)) {
-        case result::well:
-            return named(2);
-        case result::failed:
-            return named(3);
-        case result::stopped:
-            return plain(4);
-        case result::timedout:
-            return plain(12);
-        default:
-            return;
-    }
-}
-
 void writepercent(SharedVariables& s, std::int32_t a) {
     const double first = s.wltbigendbuf[0];
     const std::int32_t product = roundint32((a - first) * 100);

@@ -17,8 +17,6 @@ inline constexpr std::size_t loglimit = 1500;  // characters; a longer log start
 std::u16string owntext(SharedVariables& s, TextId id);
 
 void restartlonglog(SharedVariables& s);  // empties a log of more than loglimit characters
-// The line that tells how operation op ended, by prgresult[0].
-void appendresult(SharedVariables& s, std::int16_t op);
 
 // Percent of chip address a within the job, into prgmode[1]; 0 when the job has no length.
 void writepercent(SharedVariables& s, std::int32_t a);

@@ -6,6 +6,7 @@
 #include "external/usbtransport.h"
 #include "platform/platform.h"
 #include "shared/notes.h"
+#include "shared/operations.h"
 #include "shared/sharedvariables.h"
 
 namespace keld2 {
@@ -17,17 +18,6 @@ struct RunContext {
     UsbTransport& usb;
     TextHelper& helper;
 };
-
-// Operation numbers: indices into MainmnuPrg.
-namespace operation {
-inline constexpr std::int16_t read = 2;
-inline constexpr std::int16_t verify = 3;
-inline constexpr std::int16_t blankcheck = 4;
-inline constexpr std::int16_t compare = 5;
-inline constexpr std::int16_t program = 6;
-inline constexpr std::int16_t erase = 8;
-inline constexpr std::int16_t configuration = 9;  // or secure
-}  // namespace operation
 
 // Status of internal procedures: 0 goes on.
 namespace status {

@@ -68,8 +68,9 @@ bool RunWindow::asktogoon() {
     s().prgresult.release(0, result::failed);  // a start-up that reads the chip has cleared it
     return platform().messagebox({.buttons = BoxButtons::okcancel,
                                   .icon = BoxIcon::question,
-                                  .title = s().prgnote[8].text(),
-                                  .text = s().prgnote[7].text()}) == BoxAnswer::ok;
+                                  .title = s().prgnote[note::blanktitle].text(),
+                                  .text = s().prgnote[note::blankquestion].text()}) ==
+           BoxAnswer::ok;
 }
 
 void RunWindow::finish(double start) {
@@ -100,9 +101,9 @@ void RunWindow::runop(std::int16_t op) {
             shrink();
             hidepexit();
         }
-        replacelogbyreport(s(), 11);
+        replacelogbyreport(s(), note::reporthead);
     }
-    appendresult(s(), op);
+    appendresult(s(), op, s().prgresult.acquire(0));
 }
 
 void RunWindow::showstopbutton(std::int16_t op) {

@@ -11,7 +11,7 @@ constexpr double secondsperday = 86400;
 }  // namespace
 
 std::u16string headline(SharedVariables& s, std::u16string_view what) {
-    return s.prgnote[0].text().append(what).append(s.prgnote[1].text());
+    return s.prgnote[note::before].text().append(what).append(s.prgnote[note::behind].text());
 }
 
 void appendlog(SharedVariables& s, std::u16string_view text) { s.MainRtstr[0] += text; }
@@ -26,9 +26,28 @@ void appendelapsed(SharedVariables& s, Platform& platform, double start) {
     appendlog(s, u">> " + secondstext(elapsed) + u"Sec\n");
 }
 
-void replacelogbyreport(SharedVariables& s, std::int64_t headindex) {
-    s.MainRtstr[0] =
-        s.prgnote[5].text() + u"\n" + s.prgnote[headindex].text() + u"\n" + s.MainRtstr[1].text();
+void appendresult(SharedVariables& s, std::int16_t op, std::uint8_t ended) {
+    const auto named = [&](std::int64_t index) {
+        appendlog(s, u">>" + s.MainmnuPrg.textorempty(op) + s.prgnote[index].text() + u"\n");
+    };
+    const auto plain = [&](std::int64_t index) { appendlog(s, s.prgnote[index].text() + u"\n"); };
+    switch (ended) {
+        case result::well:
+            return named(note::well);
+        case result::failed:
+            return named(note::failed);
+        case result::stopped:
+            return plain(note::stopped);
+        case result::timedout:
+            return plain(note::timedout);
+        default:
+            return;
+    }
+}
+
+void replacelogbyreport(SharedVariables& s, std::int64_t head) {
+    s.MainRtstr[0] = s.prgnote[note::reporttitle].text() + u"\n" + s.prgnote[head].text() + u"\n" +
+                     s.MainRtstr[1].text();
     s.MainRtstr[1] = u"";
 }
 
