@@ -117,97 +117,126 @@ std::string framewords(std::span<const std::uint8_t> f) {
 
 namespace {
 
-// Of the calls that are about power, pins and modes; empty for others.
-std::string setupwords(const TraceLine& line) {
-    const auto& n = line.numbers;
-    switch (line.call) {
-        case Call::setvcc:
-            return "VCC " + volts(n[0]);
-        case Call::setvpp:
-            return "VPP " + decimal(n[1]) + " " + volts(n[0]);
-        case Call::setgndpin:
-            return pin(line, "ground");
-        case Call::setvccpin:
-            return pin(line, "VCC");
-        case Call::setvpppin:
-            return pin(line, "VPP");
-        case Call::drivercommit:
-            return "pin set-up ends, record " + std::string(line.word);
-        case Call::powerdown:
-            return "power down";
-        case Call::signalpass:
-            return "signal: passed";
-        case Call::signalfail:
-            return "signal: failed";
-        case Call::readycheck:
-            return "ready?" + answered(line, 1, "refused");
-        case Call::readyfail:
-            return "the refusal is taken";
-        case Call::modeselect:
-        case Call::modeselect2:
-        case Call::modeselect3:
-            return "mode " + decimal(n[0]) + answered(line, 2, "failed");
-        case Call::armready:
-            return "ready for ARM?" + answered(line, 1, "refused");
-        default:
-            return {};
-    }
+std::string selectmode(const TraceLine& l) {
+    return "mode " + decimal(l.numbers[0]) + answered(l, 2, "failed");
 }
+std::string writeregister(const TraceLine& l) {
+    return "register " + decimal(l.numbers[1]) + " = " + decimal(l.numbers[0]);
+}
+std::string pause(const TraceLine& l) { return "pause " + timewords(pauseof(l)); }
+std::string buscycle(const TraceLine& l) {
+    return "bus at " + hexwords(static_cast<std::uint32_t>(l.numbers[0]), 6) + ", data " +
+           hexwords(static_cast<std::uint8_t>(l.numbers[1]), 2) + ", control " +
+           decimal(l.numbers[2]);
+}
+std::string turnbus(const TraceLine& l) {
+    return l.numbers[1] == 0 ? "the programmer drives the data lines"
+                             : "the chip drives the data lines";
+}
+std::string checkbyte(const TraceLine& l) {
+    const auto& n = l.numbers;
+    return checked(l, hexwords(static_cast<std::uint8_t>(n[0]), 2), n[1], n[2]);
+}
+std::string checkword(const TraceLine& l) {
+    const auto& n = l.numbers;
+    return checked(l, hexwords(static_cast<std::uint16_t>(n[0] | n[1] << 8), 4), n[2], n[3]);
+}
+std::string frame(const TraceLine& l) {
+    return "frame: " + framewords(bytesfromhex(l.word).value_or(std::vector<std::uint8_t>{})) +
+           sent(l);
+}
+struct CallWords {
+    Call call;
+    std::string (*words)(const TraceLine&);
+};
+
+// In the order of Call.
+constexpr std::array callwords{
+    CallWords{Call::setvcc, [](const TraceLine& l) { return "VCC " + volts(l.numbers[0]); }},
+    CallWords{Call::setvpp,
+              [](const TraceLine& l) {
+                  return "VPP " + decimal(l.numbers[1]) + " " + volts(l.numbers[0]);
+              }},
+    CallWords{Call::setgndpin, [](const TraceLine& l) { return pin(l, "ground"); }},
+    CallWords{Call::setvccpin, [](const TraceLine& l) { return pin(l, "VCC"); }},
+    CallWords{Call::setvpppin, [](const TraceLine& l) { return pin(l, "VPP"); }},
+    CallWords{Call::drivercommit,
+              [](const TraceLine& l) { return "pin set-up ends, record " + std::string(l.word); }},
+    CallWords{Call::powerdown, [](const TraceLine&) { return std::string("power down"); }},
+    CallWords{Call::signalpass, [](const TraceLine&) { return std::string("signal: passed"); }},
+    CallWords{Call::signalfail, [](const TraceLine&) { return std::string("signal: failed"); }},
+    CallWords{Call::readycheck,
+              [](const TraceLine& l) { return "ready?" + answered(l, 1, "refused"); }},
+    CallWords{Call::readyfail,
+              [](const TraceLine&) { return std::string("the refusal is taken"); }},
+    CallWords{Call::modeselect, selectmode},
+    CallWords{Call::modeselect2, selectmode},
+    CallWords{Call::modeselect3, selectmode},
+    CallWords{Call::armready,
+              [](const TraceLine& l) { return "ready for ARM?" + answered(l, 1, "refused"); }},
+    CallWords{Call::regwrite, writeregister},
+    CallWords{Call::qregwrite, writeregister},
+    CallWords{Call::regread,
+              [](const TraceLine& l) {
+                  return "register " + decimal(l.numbers[0]) + " reads " + std::string(l.answer);
+              }},
+    CallWords{Call::qregread,
+              [](const TraceLine& l) {
+                  return "register " + decimal(l.numbers[0]) + " into the read-back";
+              }},
+    CallWords{Call::waitshort, pause},
+    CallWords{Call::qwaitshort, pause},
+    CallWords{Call::waitlong, pause},
+    CallWords{Call::qwaitlong, pause},
+    CallWords{Call::qrun, [](const TraceLine&) { return std::string("an empty list runs"); }},
+    CallWords{Call::buswrite, buscycle},
+    CallWords{Call::qbuswrite, buscycle},
+    CallWords{Call::busconfig, turnbus},
+    CallWords{Call::qbusconfig, turnbus},
+    CallWords{Call::checkbyte, checkbyte},
+    CallWords{Call::checkword, checkword},
+    CallWords{Call::transferwait,
+              [](const TraceLine& l) {
+                  return std::string("status asked") +
+                         (l.answer == "true" ? "" : ": the transfer failed");
+              }},
+    CallWords{Call::loadalgobuf,
+              [](const TraceLine& l) {
+                  return "image of " + counted(l.numbers[0], "byte") + " handed over";
+              }},
+    CallWords{Call::usbcomwrite, frame},
+    CallWords{Call::usbbulkwrite,
+              [](const TraceLine& l) {
+                  return "bulk write of " + counted(l.numbers[0], "byte") + " from " +
+                         std::string(l.word) + sent(l);
+              }},
+    CallWords{Call::usbbulkread,
+              [](const TraceLine& l) {
+                  return "bulk read of " + counted(l.numbers[0], "byte") + " to " +
+                         std::string(l.word);
+              }},
+    CallWords{Call::messagebox,
+              [](const TraceLine& l) {
+                  return "question " + std::string(l.rest) + ": " + std::string(l.answer);
+              }},
+    CallWords{Call::window,
+              [](const TraceLine& l) {
+                  return "window " + std::string(l.word) + " " + std::string(l.rest);
+              }},
+    CallWords{Call::progress,
+              [](const TraceLine& l) { return "progress " + decimal(l.numbers[0]) + " %"; }}};
+
+constexpr bool inorder() {
+    for (std::size_t i = 0; i < callwords.size(); ++i)
+        if (static_cast<std::size_t>(callwords[i].call) != i) return false;
+    return callwords.back().call == Call::progress;  // the last one
+}
+static_assert(inorder());
 
 }  // namespace
 
 std::string wordsof(const TraceLine& line) {
-    const auto& n = line.numbers;
-    switch (line.call) {
-        case Call::regwrite:
-        case Call::qregwrite:
-            return "register " + decimal(n[1]) + " = " + decimal(n[0]);
-        case Call::regread:
-            return "register " + decimal(n[0]) + " reads " + std::string(line.answer);
-        case Call::qregread:
-            return "register " + decimal(n[0]) + " into the read-back";
-        case Call::waitshort:
-        case Call::waitlong:
-        case Call::qwaitshort:
-        case Call::qwaitlong:
-            return "pause " + timewords(pauseof(line));
-        case Call::qrun:
-            return "an empty list runs";
-        case Call::buswrite:
-        case Call::qbuswrite:
-            return "bus at " + hexwords(static_cast<std::uint32_t>(n[0]), 6) + ", data " +
-                   hexwords(static_cast<std::uint8_t>(n[1]), 2) + ", control " + decimal(n[2]);
-        case Call::busconfig:
-        case Call::qbusconfig:
-            return n[1] == 0 ? "the programmer drives the data lines"
-                             : "the chip drives the data lines";
-        case Call::checkbyte:
-            return checked(line, hexwords(static_cast<std::uint8_t>(n[0]), 2), n[1], n[2]);
-        case Call::checkword:
-            return checked(line, hexwords(static_cast<std::uint16_t>(n[0] | n[1] << 8), 4), n[2],
-                           n[3]);
-        case Call::transferwait:
-            return line.answer == "true" ? "status asked" : "status asked: the transfer failed";
-        case Call::loadalgobuf:
-            return "image of " + counted(n[0], "byte") + " handed over";
-        case Call::usbcomwrite:
-            return "frame: " +
-                   framewords(bytesfromhex(line.word).value_or(std::vector<std::uint8_t>{})) +
-                   sent(line);
-        case Call::usbbulkwrite:
-            return "bulk write of " + counted(n[0], "byte") + " from " + std::string(line.word) +
-                   sent(line);
-        case Call::usbbulkread:
-            return "bulk read of " + counted(n[0], "byte") + " to " + std::string(line.word);
-        case Call::messagebox:
-            return "question " + std::string(line.rest) + ": " + std::string(line.answer);
-        case Call::window:
-            return "window " + std::string(line.word) + " " + std::string(line.rest);
-        case Call::progress:
-            return "progress " + decimal(n[0]) + " %";
-        default:
-            return setupwords(line);
-    }
+    return callwords[static_cast<std::size_t>(line.call)].words(line);
 }
 
 Step leafof(const TraceLine& line) {
