@@ -2,7 +2,6 @@
 
 #include <cerrno>
 #include <fstream>
-#include <iterator>
 #include <system_error>
 
 #include "host/hosterror.h"
@@ -17,13 +16,21 @@ namespace {
     throw HostError(exitstatus::nofile, message);
 }
 
+constexpr std::streamsize blocklength = 1 << 20;
+constexpr std::size_t most = std::size_t{1} << 30;  // bytes; devices have no end
+
 template <typename Content>
 Content readwhole(const std::filesystem::path& path) {
     if (std::filesystem::is_directory(path)) refuse(path, "cannot be opened", EISDIR);
     errno = 0;
     std::ifstream in(path, std::ios::binary);
     if (!in) refuse(path, "cannot be opened", errno);
-    Content content{std::istreambuf_iterator<char>(in), {}};
+    Content content;
+    for (std::vector<char> block(blocklength); in;) {
+        in.read(block.data(), blocklength);
+        content.insert(content.end(), block.begin(), block.begin() + in.gcount());
+        if (content.size() > most) refuse(path, "is larger than 1 GiB", 0);
+    }
     if (in.bad()) refuse(path, "cannot be read", errno);
     return content;
 }
