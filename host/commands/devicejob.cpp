@@ -86,19 +86,7 @@ class DeviceCommand {
         if (job_.file.empty()) return;
         data_ = loaddata(device_, filenamed(job_.file), fileformat(options_));
         checkdata(device_, *data_, steps_);
-        if (data_->gives("config") && !hasstep("config") && hasstep("program"))
-            console_.say(job_.file +
-                         " gives configuration bytes; program does not write them, "
-                         "config does");
-        if (data_->secured == true && !hasstep("secure") && hasstep("program"))
-            console_.say(job_.file +
-                         " asks for the security fuse; program does not write it, "
-                         "secure does");
-    }
-    bool hasstep(std::string_view name) const {
-        for (const Operation* step : steps_)
-            if (step->name == name) return true;
-        return false;
+        for (const std::string& notice : notices(*data_, steps_)) console_.say(notice);
     }
 
     ProgrammerFactory programmerof(const ProgrammerChoice& choice) const {

@@ -157,6 +157,7 @@ void MainWindow::runsteps(const std::vector<const host::Operation*>& steps, bool
     auto outcome = host::RunReport::Outcome::failed;
     QString complaint;
     try {
+        for (const std::string& notice : work_.check(steps)) logline("keld2: " + notice);
         const host::RunRequest request{
             .device = work_.device(),
             .steps = steps,

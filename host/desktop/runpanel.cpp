@@ -26,7 +26,7 @@ struct OutcomeRow {
 
 constexpr std::array rows{
     OutcomeRow{Outcome::well, "\u2714", "ended well", good},
-    OutcomeRow{Outcome::failed, "\u2718", "failed; the log tells where", bad},
+    OutcomeRow{Outcome::failed, "\u2718", "failed", bad},
     OutcomeRow{Outcome::stopped, "\u25A0", "was stopped", open},
     OutcomeRow{Outcome::timedout, "\u2718", "got no answer from the programmer in time", bad},
     OutcomeRow{Outcome::badalgorithm, "\u2718", "found no usable algorithm file", bad},

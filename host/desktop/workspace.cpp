@@ -6,7 +6,6 @@
 
 #include "host/files/outputfile.h"
 #include "host/files/textrecords.h"
-#include "host/run/devicedata.h"
 #include "host/run/editrun.h"
 
 namespace keld2::desktop {
@@ -48,17 +47,19 @@ void Workspace::choose(const std::string& name) {
     device_ = catalogue_.find(name);
     buffer_ = host::blankbuffer(*device_);
     hasdata_ = false;
+    file_.reset();
     fileline_.clear();
 }
 
 void Workspace::load(const std::filesystem::path& path) {
-    const host::DeviceData data = host::loaddata(*device_, path, std::nullopt);
+    host::DeviceData data = host::loaddata(*device_, path, std::nullopt);
     std::vector<std::uint8_t> buffer = host::blankbuffer(*device_);
     for (const host::BufferPart& part : data.parts)
         std::copy(part.bytes.begin(), part.bytes.end(), buffer.begin() + part.offset);
     const bool fuses = device_->content == host::Content::fuses;
     fileline_ = describe(path, host::loadimage(path), fuses ? "fuse" : "byte");
     setbuffer(std::move(buffer));
+    file_ = std::move(data);
 }
 
 void Workspace::save(const std::filesystem::path& path) const {
@@ -69,6 +70,7 @@ void Workspace::save(const std::filesystem::path& path) const {
 void Workspace::setbuffer(std::vector<std::uint8_t> buffer) {
     buffer_ = std::move(buffer);
     hasdata_ = true;
+    file_.reset();
 }
 
 std::vector<host::BufferPart> Workspace::parts() const {
@@ -79,6 +81,12 @@ std::vector<host::BufferPart> Workspace::parts() const {
         parts.push_back({range.buffer, {first, first + range.length}});
     }
     return parts;
+}
+
+std::vector<std::string> Workspace::check(const std::vector<const host::Operation*>& steps) const {
+    if (!file_) return {};
+    host::checkdata(*device_, *file_, steps);
+    return host::notices(*file_, steps);
 }
 
 std::set<std::int64_t> Workspace::differences(const std::vector<std::string>& log,

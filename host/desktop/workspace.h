@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "host/catalogue/catalogue.h"
-#include "host/run/devicerun.h"
+#include "host/run/devicedata.h"
 
 namespace keld2::desktop {
 
@@ -32,6 +32,9 @@ class Workspace {
     void setbuffer(std::vector<std::uint8_t> buffer);
     // The device's ranges of the buffer, as a run takes them; none when there is no data.
     std::vector<host::BufferPart> parts() const;
+    // What the loaded file asks for that none of the steps does. Throws HostError when it gives too
+    // little for them. Data that were read or edited are whole.
+    std::vector<std::string> check(const std::vector<const host::Operation*>& steps) const;
 
     // What was recognised in the file: "firmware.hex: Intel HEX, 4096 bytes at 0000 to 0FFF,
     // sum 0007F80A". Empty before a file has been loaded.
@@ -47,6 +50,7 @@ class Workspace {
     std::optional<host::Device> device_;
     std::vector<std::uint8_t> buffer_;
     bool hasdata_ = false;
+    std::optional<host::DeviceData> file_;  // while the buffer is as the file gave it
     std::string fileline_;
 };
 

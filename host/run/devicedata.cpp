@@ -163,6 +163,25 @@ void checkdata(const Device& device, const DeviceData& data,
     }
 }
 
+std::vector<std::string> notices(const DeviceData& data,
+                                 const std::vector<const Operation*>& steps) {
+    const auto has = [&](std::string_view name) {
+        return std::ranges::any_of(steps, [name](const Operation* s) { return s->name == name; });
+    };
+    std::vector<std::string> told;
+    const auto tell = [&](const std::string& what) { told.push_back(data.path.string() + what); };
+    if (data.gives("config") && !has("config")) {
+        if (has("program"))
+            tell(" gives configuration bytes; program does not write them, config does");
+        else if (has("verify") || has("compare"))
+            tell(" gives configuration bytes; " +
+                 std::string(has("verify") ? "verify" : "compare") + " does not look at them");
+    }
+    if (data.secured == true && !has("secure") && has("program"))
+        tell(" asks for the security fuse; program does not write it, secure does");
+    return told;
+}
+
 FileFormat outputformat(const Device& device, const std::filesystem::path& path,
                         std::optional<FileFormat> format) {
     const FileFormat known = format ? *format : formatof(path);

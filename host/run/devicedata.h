@@ -30,6 +30,9 @@ DeviceData loaddata(const Device& device, const std::filesystem::path& path,
 // Whether the data are enough for the steps. Throws HostError (65).
 void checkdata(const Device& device, const DeviceData& data,
                const std::vector<const Operation*>& steps);
+// What the data ask for that none of the steps does, a sentence each.
+std::vector<std::string> notices(const DeviceData& data,
+                                 const std::vector<const Operation*>& steps);
 
 // The format of a file that is to be written for the device. Throws HostError (65) when the ending
 // names none, or one that cannot hold the device's content.

@@ -244,3 +244,12 @@ A chip of another device is refused, and something else is not overwritten:
   [65]
   $ cat chip
   something else
+
+Configuration bytes are written by their own step, and looked at by none of the others:
+
+  $ chip serial-2k; bytes 2082 >whole.bin
+  $ on -q program whole.bin
+  keld2: whole.bin gives configuration bytes; program does not write them, config does
+  $ on -q verify whole.bin
+  keld2: whole.bin gives configuration bytes; verify does not look at them
+  $ on -q auto whole.bin --steps program,config,verify
