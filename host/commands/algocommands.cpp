@@ -4,7 +4,6 @@
 #include <memory>
 
 #include "host/arm/armdevice.h"
-#include "host/catalogue/catalogue.h"
 #include "host/files/files.h"
 #include "host/files/outputfile.h"
 #include "host/hosterror.h"
@@ -32,10 +31,7 @@ std::filesystem::path placeof(const RunFile& file, const std::filesystem::path& 
 }
 
 int make(const Arguments& arguments, const DeviceOptions& options) {
-    if (options.device.empty())
-        throw HostError(exitstatus::usage,
-                        "no device, expected -d DEVICE or the environment variable KELD2_DEVICE");
-    const Device device = Catalogue::standard().find(options.device);
+    const Device device = chosendevice(options);
     const RunFile file = algorithmfile(device, device.autosteps);
     const std::filesystem::path path = arguments.output.empty()
                                            ? placeof(file, filenamed(arguments.folder))

@@ -69,7 +69,7 @@ int list(const std::string& text, bool json) {
         ordered_json all = ordered_json::array();
         for (const Device& device : found) all.push_back(jsonof(device));
         std::cout << jsontext(all) << '\n';
-        return status;
+        return found.empty() && status == exitstatus::well ? exitstatus::failed : status;
     }
     std::size_t width = 0;
     for (const Device& device : found) width = std::max(width, device.name.size());
@@ -77,7 +77,10 @@ int list(const std::string& text, bool json) {
         std::cout << device.name << std::string(width + 2 - device.name.size(), ' ')
                   << device.description << '\n';
     if (!found.empty() || status != exitstatus::well) return status;
-    std::cerr << "keld2: no device matches \"" << text << "\"\n";
+    std::cerr << "keld2: "
+              << (text.empty() ? "the catalogue has no devices"
+                               : "no device matches \"" + text + "\"")
+              << '\n';
     return exitstatus::failed;
 }
 

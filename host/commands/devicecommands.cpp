@@ -5,6 +5,7 @@
 
 #include "host/commands/devicejob.h"
 #include "host/commands/mapcommand.h"
+#include "host/files/distinctfiles.h"
 #include "host/files/files.h"
 #include "host/hosterror.h"
 
@@ -52,7 +53,11 @@ void addoperation(CLI::App& program, const Operation& operation, const DeviceOpt
                             "draws the fuse map, too: a .png or .svg file");
     }
     command->callback([arguments, &operation, &options, &status] {
-        if (!arguments->map.empty()) checkmapoutput(options, filenamed(arguments->map));
+        if (!arguments->map.empty()) {
+            checkdistinct({{.name = "OUT", .path = filenamed(arguments->file), .written = true},
+                           {.name = "--map", .path = filenamed(arguments->map), .written = true}});
+            checkmapoutput(options, filenamed(arguments->map));
+        }
         status = rundevicejob({.steps = {&operation}, .file = arguments->file}, options);
         if (!arguments->map.empty() && status == exitstatus::well)
             drawmap(options, filenamed(arguments->file), filenamed(arguments->map));

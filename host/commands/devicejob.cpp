@@ -4,9 +4,9 @@
 #include <iostream>
 #include <memory>
 
-#include "host/catalogue/catalogue.h"
 #include "host/commands/interruptwatch.h"
 #include "host/commands/runresult.h"
+#include "host/files/distinctfiles.h"
 #include "host/files/files.h"
 #include "host/files/outputfile.h"
 #include "host/hosterror.h"
@@ -21,12 +21,6 @@ namespace {
 
 [[noreturn]] void refuseusage(const std::string& message) {
     throw HostError(exitstatus::usage, message);
-}
-
-Device chosendevice(const DeviceOptions& options) {
-    if (options.device.empty())
-        refuseusage("no device, expected -d DEVICE or the environment variable KELD2_DEVICE");
-    return Catalogue::standard().find(options.device);
 }
 
 class DeviceCommand {
@@ -47,6 +41,7 @@ class DeviceCommand {
             loadfile();
         texts_ = texts();
         const ProgrammerChoice choice = parseprogrammer(orelse(options_.programmer, "sim"));
+        checkfiles(choice);
         if (options_.programmer.empty() || !options_.quiet) console_.say(described(choice));
         return finish(runwith(choice));
     }
@@ -64,7 +59,10 @@ class DeviceCommand {
     }
 
     void checksteps() {
-        if (steps_.empty()) refuseusage("no steps, expected some of " + device_.operationlist());
+        if (steps_.empty())
+            refuseusage(device_.name +
+                        " has no sequence of its own, expected --steps with some of " +
+                        device_.operationlist());
         for (const Operation* step : steps_)
             if (!device_.has(*step))
                 refuseusage(device_.name + " cannot do \"" + std::string(step->name) +
@@ -80,6 +78,14 @@ class DeviceCommand {
             if (step->needsdata && job_.file.empty())
                 refuseusage("no file for \"" + std::string(step->name) + "\", expected auto FILE");
         }
+    }
+
+    void checkfiles(const ProgrammerChoice& choice) const {
+        const std::string& file = job_.svf.empty() ? job_.file : job_.svf;
+        const auto path = file.empty() ? std::nullopt : std::optional(filenamed(file));
+        checkdistinct({{.name = reads() ? "OUT" : "FILE", .path = path, .written = reads()},
+                       {.name = "the chip image", .path = choice.image},
+                       {.name = "--vcd", .path = options_.vcd, .written = true}});
     }
 
     void loadfile() {

@@ -1,5 +1,6 @@
 #include "host/commands/deviceoptions.h"
 
+#include "host/catalogue/catalogue.h"
 #include "host/commands/pathoption.h"
 #include "host/hosterror.h"
 #include "host/run/hosttexts.h"
@@ -7,25 +8,24 @@
 
 namespace keld2::host {
 
-namespace {
-
-[[noreturn]] void refuse(const std::string& option, const std::string& value,
-                         const std::string& expected) {
+void refuseoption(const std::string& option, const std::string& value,
+                  const std::string& expected) {
     throw HostError(exitstatus::usage,
                     option + " " + value + ": is not known, expected " + expected);
 }
-
-}  // namespace
 
 void adddeviceoptions(CLI::App& program, DeviceOptions& options) {
     program.fallthrough();
     constexpr auto group = "Options of the commands on a device";
     program.add_option("-d,--device", options.device, "the device, as \"devices list\" names it")
         ->envname("KELD2_DEVICE")
+        ->take_last()
         ->group(group);
     program
         .add_option("-p,--programmer", options.programmer,
                     "the programmer: sim[:image=FILE][,fault=FAULT]... or hardware (default: sim)")
+        ->envname("KELD2_PROGRAMMER")
+        ->take_last()
         ->group(group);
     program
         .add_option("--format", options.format,
@@ -54,29 +54,37 @@ void adddeviceoptions(CLI::App& program, DeviceOptions& options) {
     program.add_flag("--force", options.force, "overwrites an existing file")->group(group);
 }
 
+Device chosendevice(const DeviceOptions& options) {
+    if (options.device.empty())
+        throw HostError(exitstatus::usage,
+                        "no device, expected -d DEVICE or the environment variable KELD2_DEVICE");
+    return Catalogue::standard().find(options.device);
+}
+
 ConsoleOptions consoleoptions(const DeviceOptions& options) {
     ConsoleOptions console;
     const auto style = progressstylenamed(options.progress);
-    if (!style) refuse("--progress", options.progress, "auto, bar, lines or none");
+    if (!style) refuseoption("--progress", options.progress, "auto, bar, lines or none");
     console.progress = *style;
     console.quiet = options.quiet;
     if (!options.onbox.empty()) {
         console.onbox = boxanswerof(options.onbox);
-        if (!console.onbox) refuse("--on-box", options.onbox, "ok, cancel, abort, retry or ignore");
+        if (!console.onbox)
+            refuseoption("--on-box", options.onbox, "ok, cancel, abort, retry or ignore");
     }
     return console;
 }
 
 std::int32_t languageoffset(const DeviceOptions& options) {
     const auto offset = languagenamed(options.language);
-    if (!offset) refuse("--language", options.language, "one of " + languagecodes());
+    if (!offset) refuseoption("--language", options.language, "one of " + languagecodes());
     return *offset;
 }
 
 std::optional<FileFormat> fileformat(const DeviceOptions& options) {
     if (options.format.empty()) return std::nullopt;
     const auto format = formatnamed(options.format);
-    if (!format) refuse("--format", options.format, formatnames());
+    if (!format) refuseoption("--format", options.format, formatnames());
     return format;
 }
 

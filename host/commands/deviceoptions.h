@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 
+#include "host/catalogue/device.h"
 #include "host/commands/console.h"
 #include "host/files/imagefile.h"
 #include "host/programmer/programmer.h"
@@ -30,7 +31,13 @@ struct DeviceOptions {
 // Adds the options to the program; they may stand before and behind the command.
 void adddeviceoptions(CLI::App& program, DeviceOptions& options);
 
-// The options' values. Throw HostError (64) with what is wrong and what was expected.
+// What is wrong with an option's value, and what was expected, as HostError (64).
+[[noreturn]] void refuseoption(const std::string& option, const std::string& value,
+                               const std::string& expected);
+
+// The options' values. Throw HostError (64) with what is wrong and what was expected; 65 for a
+// device that the catalogue does not have.
+Device chosendevice(const DeviceOptions& options);
 ConsoleOptions consoleoptions(const DeviceOptions& options);
 std::int32_t languageoffset(const DeviceOptions& options);
 std::optional<FileFormat> fileformat(const DeviceOptions& options);

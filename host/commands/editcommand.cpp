@@ -4,7 +4,6 @@
 #include <iostream>
 #include <memory>
 
-#include "host/catalogue/catalogue.h"
 #include "host/commands/pathoption.h"
 #include "host/files/outputfile.h"
 #include "host/hosterror.h"
@@ -21,11 +20,8 @@ struct Arguments {
     std::optional<std::filesystem::path> actions, formlog;
 };
 
-Device chosendevice(const DeviceOptions& options, Editor editor) {
-    if (options.device.empty())
-        throw HostError(exitstatus::usage,
-                        "no device, expected -d DEVICE or the environment variable KELD2_DEVICE");
-    Device device = Catalogue::standard().find(options.device);
+Device editeddevice(const DeviceOptions& options, Editor editor) {
+    Device device = chosendevice(options);
     if (!canedit(device, editor))
         throw HostError(exitstatus::usage,
                         device.name + (editor == Editor::config
@@ -73,7 +69,7 @@ std::string editedtext(const Device& device, const std::filesystem::path& file, 
 }
 
 int runedit(const Arguments& arguments, const DeviceOptions& options) {
-    const Device device = chosendevice(options, arguments.editor);
+    const Device device = editeddevice(options, arguments.editor);
     const DeviceData data = loaddata(device, arguments.file, fileformat(options));
     const FileFormat format = outputformat(device, arguments.file, fileformat(options));
     std::vector<std::uint8_t> buffer = blankbuffer(device);

@@ -3,7 +3,6 @@
 #include <iostream>
 #include <memory>
 
-#include "host/catalogue/catalogue.h"
 #include "host/commands/pathoption.h"
 #include "host/files/outputfile.h"
 #include "host/hosterror.h"
@@ -20,10 +19,7 @@ struct Arguments {
 };
 
 Device fusedevice(const DeviceOptions& options) {
-    if (options.device.empty())
-        throw HostError(exitstatus::usage,
-                        "no device, expected -d DEVICE or the environment variable KELD2_DEVICE");
-    Device device = Catalogue::standard().find(options.device);
+    Device device = chosendevice(options);
     if (device.content != Content::fuses)
         throw HostError(exitstatus::usage,
                         device.name + " has no fuse map, expected a logic device");

@@ -3,7 +3,6 @@
 #include <iostream>
 #include <memory>
 
-#include "host/catalogue/catalogue.h"
 #include "host/commands/boxes.h"
 #include "host/commands/devicejob.h"
 #include "host/commands/interruptwatch.h"
@@ -25,26 +24,13 @@ struct Arguments {
     bool statements = false;  // tells of those that run, too
 };
 
-Device chosendevice(const DeviceOptions& options) {
-    if (options.device.empty())
-        throw HostError(exitstatus::usage,
-                        "no device, expected -d DEVICE or the environment variable KELD2_DEVICE");
-    return Catalogue::standard().find(options.device);
-}
-
-[[noreturn]] void refuse(const std::string& option, const std::string& value,
-                         const std::string& expected) {
-    throw HostError(exitstatus::usage,
-                    option + " " + value + ": is unknown, expected one of " + expected);
-}
-
 int make(const Arguments& arguments, const DeviceOptions& options) {
     const Device device = chosendevice(options);
     const LogicDevice logic = logicdevice(device);
     const auto task = tasknamed(arguments.task);
-    if (!task) refuse("--operation", arguments.task, tasknames());
+    if (!task) refuseoption("--operation", arguments.task, "one of " + tasknames());
     const auto layout = layoutnamed(arguments.layout);
-    if (!layout) refuse("--layout", arguments.layout, layoutnames());
+    if (!layout) refuseoption("--layout", arguments.layout, "one of " + layoutnames());
     if (needsdata(*task) && arguments.data.empty())
         throw HostError(exitstatus::usage,
                         "no DATA, expected the file with the chip's content for " + arguments.task);

@@ -78,6 +78,15 @@ Words and options:
   $ on erase --on-box maybe
   keld2: --on-box maybe: is not known, expected ok, cancel, abort, retry or ignore
   [64]
+  $ on verify good.hex --vcd ./good.hex
+  keld2: --vcd ./good.hex would overwrite FILE, expected files of their own
+  [64]
+  $ on verify good.hex --vcd chip
+  keld2: --vcd chip would overwrite the chip image, expected files of their own
+  [64]
+  $ keld2 -d logic-101844 auto
+  keld2: logic-101844 has no sequence of its own, expected --steps with some of verify, blank, program, erase, secure
+  [64]
   $ ls chip
   ls: cannot access 'chip': No such file or directory
   [2]

@@ -180,11 +180,11 @@ What cannot be:
   keld2: serial-2k is not worked by SVF texts, expected a device that is
   [64]
   $ keld2 -d logic-16160 svf make --operation cook
-  keld2: --operation cook: is unknown, expected one of id, blank, erase, program, verify, secure
+  keld2: --operation cook: is not known, expected one of id, blank, erase, program, verify, secure
   [64]
   $ keld2 -d logic-16160 svf make --operation verify
   keld2: no DATA, expected the file with the chip's content for verify
   [64]
   $ keld2 -d logic-16160 svf make --operation id --layout D1
-  keld2: --layout D1: is unknown, expected one of A2, B1, B2, C1, C2, C3, C4
+  keld2: --layout D1: is not known, expected one of A2, B1, B2, C1, C2, C3, C4
   [64]
