@@ -122,51 +122,69 @@ class SharedVariables {
     AnyVariable variable(std::string_view name);
     AnyVariable variable(std::size_t row);  // index into blocktable
 
-    SharedVariable<std::uint8_t> ibuf1{"ibuf1"};  // short answer frame of the programmer
-    SharedVariable<std::uint8_t> ubuf1{"ubuf1"};  // short command frame to the programmer
+    // The blocks in their order. Those without a comment belong to the host alone: they are mapped,
+    // but neither read nor written. Who writes the others stands in blocktable.
+    SharedVariable<std::uint8_t> ibuf1{"ibuf1"};  // answer frame of the programmer: status record
+    // command frame to the programmer; keeps what a frame does not write
+    SharedVariable<std::uint8_t> ubuf1{"ubuf1"};
     SharedVariable<std::uint8_t> ubuf2{"ubuf2"};
     SharedVariable<std::uint8_t> ibuf2{"ibuf2"};  // target of bulk reads
     SharedVariable<Flag> usbpip0readresult{"usbpip0readresult"};
     SharedVariable<std::uint8_t> usbpip2readresult{"usbpip2readresult"};  // [0]: BulkState
     SharedVariable<std::uint8_t> arrybuf{"arrybuf"};
-    SharedTexts prgnote;                                  // the host's note texts, ready translated
-    SharedVariable<std::uint8_t> prgresult{"prgresult"};  // [0]: result, [1]: the host's wish
-    SharedVariable<double> wltbigendbuf{
-        "wltbigendbuf"};  // first, last chip address; buffer address
+    SharedTexts prgnote;  // the host's note texts, ready translated; see note in shared/notes.h
+    // [0]: result, [1]: wish of the host; 0: the sequence, else program; 1: nothing; else an
+    // operation
+    SharedVariable<std::uint8_t> prgresult{"prgresult"};
+    // [0], [1]: first and last chip address of the job, [2]: buffer address of the first
+    SharedVariable<double> wltbigendbuf{"wltbigendbuf"};
+    // socket pins that take VCC: [0], [1]; 0: none
     SharedVariable<std::uint8_t> bvccpin{"bvccpin"};
+    // socket pins that take ground: [0], [1]; 0: none
     SharedVariable<std::uint8_t> bgndpin{"bgndpin"};
-    SharedVariable<std::uint8_t> bvpppin{"bvpppin"};
-    SharedVariable<std::int16_t> bvcc{"bvcc"};  // units of 10 mV
+    SharedVariable<std::uint8_t> bvpppin{"bvpppin"};  // [0]: socket pin that takes VPP; 0: none
+    SharedVariable<std::int16_t> bvcc{"bvcc"};        // [0]: nominal VCC in units of 10 mV
+    // [0]: microcontrollers: bytes of the ID area; fixed logic: bits of a zero shift
     SharedVariable<std::int16_t> bvcch{"bvcch"};
-    SharedVariable<std::int16_t> bvpp{"bvpp"};  // units of 10 mV; 0: none
+    SharedVariable<std::int16_t> bvpp{"bvpp"};  // [0]: VPP in units of 10 mV; 0: none
+    // [0]: bytes of the main buffer, to which 2200 are added
     SharedVariable<std::int32_t> buflength{"buflength"};
+    // [0]: offset of the language's block of texts, 0 or a multiple of 3000
     SharedVariable<std::int32_t> Language{"Language"};
-    SharedVariable<std::int16_t> pagelength{"pagelength"};
+    SharedVariable<std::int16_t> pagelength{"pagelength"};  // [0]: bytes of a page
+    // [0]: class of the device, for the dispatch; [2]: held against figvol[1]
     SharedVariable<std::int16_t> modeltype{"modeltype"};
     SharedVariable<std::uint8_t> wfig{"wfig"};
+    // [0]: whether the chip's id is checked before the operation
     SharedVariable<Flag> chipidtestmode{"chipidtestmode"};
-    SharedVariable<std::int32_t> pwte{"pwte"};
-    SharedVariable<std::uint8_t> figmode{"figmode"};
+    SharedVariable<std::int32_t> pwte{"pwte"};        // [0]: write time; its unit is the family's
+    SharedVariable<std::uint8_t> figmode{"figmode"};  // [0]: selection code of modeselect
     SharedVariable<std::int16_t> chippin{"chippin"};
+    // [0]: further pauses of each erase poll of the page family
     SharedVariable<std::int16_t> wretry{"wretry"};
-    SharedVariable<std::uint8_t> prgmode{"prgmode"};  // [0]: algorithm, [1]: percent done
-    SharedVariable<std::uint8_t> wordmode{"wordmode"};
+    // [0]: family, [1]: percent done, [2]: 0 from each start on
+    SharedVariable<std::uint8_t> prgmode{"prgmode"};
+    SharedVariable<std::uint8_t> wordmode{"wordmode"};  // [0]: bytes of a word of an ARM device
+    // [0]: option of the algorithm: clears before an erase, or the direction of a fuse map
     SharedVariable<std::uint8_t> woption{"woption"};
-    SharedVariable<std::uint8_t> wautonum{"wautonum"};
+    SharedVariable<std::uint8_t> wautonum{"wautonum"};  // [0]: steps in autoprg; 0: no sequence
+    // [0]: bytes of the device's image, or its fuses
     SharedVariable<std::int32_t> tlength{"tlength"};
-    SharedVariable<std::int16_t> compid{"compid"};
-    SharedVariable<std::int16_t> typeid_{"typeid"};
-    SharedVariable<std::uint8_t> wsign{"wsign"};
+    SharedVariable<std::int16_t> compid{"compid"};   // [0]: expected maker's code; 0: no id check
+    SharedVariable<std::int16_t> typeid_{"typeid"};  // [0]: expected device code
+    SharedVariable<std::uint8_t> wsign{"wsign"};     // [1], [2]: version bytes of an ARM start-up
+    // [0]: 128: the data of an ARM program lie in a file
     SharedVariable<std::uint8_t> buftype{"buftype"};
-    SharedVariable<std::uint8_t> autoprg{"autoprg"};
-    SharedVariable<std::uint8_t> rambknum{"rambknum"};
-    SharedTexts MainmnuPrg;  // names of the operations
-    SharedTexts MainRtstr;   // [0]: log, [1]: the compare's report
-    SharedVariable<std::int16_t> ubuflg{"ubuflg"};
-    SharedVariable<std::int32_t> ramlg{"ramlg"};
-    SharedVariable<std::int32_t> wlverifyvcc{"wlverifyvcc"};  // steps of 5 %
+    SharedVariable<std::uint8_t> autoprg{"autoprg"};    // operation numbers of the sequence
+    SharedVariable<std::uint8_t> rambknum{"rambknum"};  // [0]: RAM bank of an ARM device's frames
+    SharedTexts MainmnuPrg;                         // names of the operations, by operation number
+    SharedTexts MainRtstr;                          // [0]: log, [1]: the compare's report
+    SharedVariable<std::int16_t> ubuflg{"ubuflg"};  // [0]: block length in bytes for the transport
+    SharedVariable<std::int32_t> ramlg{"ramlg"};  // [0]: bytes of a transfer block of an ARM device
+    // [0]: verify margin in steps of 5 % of VCC; 0: nominal alone
+    SharedVariable<std::int32_t> wlverifyvcc{"wlverifyvcc"};
     SharedTexts algo;
-    SharedVariable<std::uint8_t> figvol{"figvol"};
+    SharedVariable<std::uint8_t> figvol{"figvol"};  // [1]: held against modeltype[2]
     SharedVariable<std::uint8_t> wwarnno{"wwarnno"};
     SharedTexts spdter;
     SharedVariable<std::uint8_t> menu{"menu"};
@@ -179,11 +197,12 @@ class SharedVariables {
     SharedVariable<std::uint8_t> ICnum{"ICnum"};
     SharedTexts wcompany;
     SharedTexts wtype;
-    SharedVariable<Flag> usbable{"usbable"};
-    SharedTexts algorithm;
-    SharedVariable<std::uint8_t> selmode{"selmode"};
-    SharedVariable<std::uint8_t> algobuf{"algobuf"};
-    SharedVariable<std::uint8_t> ibuffer{"ibuffer"};  // the main buffer: the chip's data image
+    SharedVariable<Flag> usbable{"usbable"};  // [3]: picks the row of the ARM start-up
+    SharedTexts algorithm;  // [0] to [2]: parts of the names of an ARM device's algorithm files
+    SharedVariable<std::uint8_t> selmode{"selmode"};  // [0]: bits that select the ARM modules
+    SharedVariable<std::uint8_t> algobuf{"algobuf"};  // image of the algorithm file
+    // the main buffer: the chip's data image, a fuse a byte '0' or '1'
+    SharedVariable<std::uint8_t> ibuffer{"ibuffer"};
     SharedVariable<std::uint8_t> ibuffer66{"ibuffer66"};
 
   private:
