@@ -16,6 +16,7 @@
 #include "host/svf/svftask.h"
 #include "jtag/wiring.h"
 #include "platform/posix/posixplatform.h"
+#include "shared/notes.h"
 
 namespace keld2::bench {
 namespace {
@@ -91,7 +92,7 @@ void SimulatedRun(benchmark::State& state, const char* name, const char* operati
     };
     NobodyListens listener;
     for (auto _ : state)
-        if (runondevice(request, counted, listener).outcome != host::RunReport::Outcome::well)
+        if (runondevice(request, counted, listener).result != result::well)
             state.SkipWithError("the run failed");
     state.counters["entries/s"] =
         benchmark::Counter(static_cast<double>(queued), benchmark::Counter::kIsRate);

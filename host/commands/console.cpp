@@ -1,6 +1,7 @@
 #include "host/commands/console.h"
 
 #include "host/commands/interruptwatch.h"
+#include "host/run/log_differences.h"
 
 namespace keld2::host {
 

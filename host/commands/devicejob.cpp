@@ -1,7 +1,9 @@
 #include "host/commands/devicejob.h"
 
+#include <algorithm>
 #include <chrono>
 #include <iostream>
+#include <iterator>
 #include <memory>
 
 #include "host/commands/interruptwatch.h"
@@ -13,6 +15,7 @@
 #include "host/os/terminal.h"
 #include "host/programmer/hardware.h"
 #include "host/run/devicedata.h"
+#include "host/run/log_differences.h"
 #include "host/wave/waveprogrammer.h"
 
 namespace keld2::host {
@@ -43,7 +46,7 @@ class DeviceCommand {
         const ProgrammerChoice choice = parseprogrammer(orelse(options_.programmer, "sim"));
         checkfiles(choice);
         if (options_.programmer.empty() || !options_.quiet) console_.say(described(choice));
-        return finish(runwith(choice));
+        return runwith(choice);
     }
 
   private:
@@ -102,17 +105,25 @@ class DeviceCommand {
                                 : waved(hardware(), *options_.vcd, prgmode);
     }
 
-    RunReport runwith(const ProgrammerChoice& choice) {
+    RunRequest requestfor(const ProgrammerChoice& choice) const {
+        return {.device = device_,
+                .steps = steps_,
+                .sequence = job_.sequence,
+                .data = parts(),
+                .language = language_,
+                .simulated = choice.simulated,
+                .blocks = blocksof(choice),
+                .texts = texts_};
+    }
+
+    int runwith(const ProgrammerChoice& choice) {
         const ProgrammerFactory makeprogrammer = programmerof(choice);
+        const RunRequest request = requestfor(choice);
+        return finish(request, watchedrun(request, makeprogrammer));
+    }
+
+    RunReport watchedrun(const RunRequest& request, const ProgrammerFactory& makeprogrammer) {
         const InterruptWatch stop;
-        const RunRequest request{.device = device_,
-                                 .steps = steps_,
-                                 .sequence = job_.sequence,
-                                 .data = parts(),
-                                 .language = language_,
-                                 .simulated = choice.simulated,
-                                 .blocks = blocksof(choice),
-                                 .texts = texts_};
         const auto start = std::chrono::steady_clock::now();
         RunReport report = runondevice(request, makeprogrammer, console_);
         seconds_ = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
@@ -134,26 +145,29 @@ class DeviceCommand {
         return options_.explain.value_or(os::isterminal(os::Stream::output)) && !options_.json;
     }
 
-    int finish(const RunReport& report) {
-        RunResult result{.device = device_,
-                         .steps = steps_,
-                         .report = report,
-                         .differences = differencesin(report.log),
-                         .explanation = explain(device_, texts_, report, svf()),
-                         .file = job_.file,
-                         .seconds = seconds_};
-        const int status = result.status();
-        if (reads() && status == exitstatus::well)
+    int finish(const RunRequest& request, const RunReport& report) {
+        const Explanation explanation = explain(device_, texts_, report, svf());
+        const Verdict verdict = verdictof(request, report, explanation);
+        if (reads() && verdict.well())
             writeoutput(filenamed(job_.file), filetext(device_, report.buffer, format_),
                         options_.force);
         if (options_.json)
-            std::cout << jsonof(result) << '\n';
+            std::cout << jsonof({.device = device_,
+                                 .verdict = verdict,
+                                 .explanation = explanation,
+                                 .log = report.log,
+                                 .file = job_.file,
+                                 .seconds = seconds_})
+                      << '\n';
         else
-            for (const Difference& one : result.differences) std::cout << one.line << '\n';
-        if (explains()) std::cout << told(result.explanation);
+            std::ranges::copy_if(report.log, std::ostream_iterator<std::string>(std::cout, "\n"),
+                                 isdifference);
+        if (explains()) std::cout << told(explanation);
         std::cout.flush();
-        if (!options_.quiet || status != exitstatus::well) console_.say(summaryof(result));
-        return status;
+        for (const std::string& notice : verdict.notices) console_.say(notice);
+        if (!options_.quiet || !verdict.well())
+            console_.say(device_.name + ": " + headlineof(verdict));
+        return verdict.status;
     }
 
     const DeviceJob& job_;

@@ -154,7 +154,7 @@ void MainWindow::runsteps(const std::vector<const host::Operation*>& steps, bool
     enable(false);
     panel_->start(what);
     served_.start();
-    auto outcome = host::RunReport::Outcome::failed;
+    std::optional<host::Verdict> verdict;
     QString complaint;
     try {
         for (const std::string& notice : work_.check(steps)) logline("keld2: " + notice);
@@ -168,29 +168,31 @@ void MainWindow::runsteps(const std::vector<const host::Operation*>& steps, bool
             .texts = host::playedtexts(work_.device(), steps, work_.parts())};
         const host::RunReport report =
             host::runondevice(request, programmer_(work_.device()), *this);
-        outcome = report.outcome;
-        take(report, request);
+        verdict = take(report, request);
     } catch (const std::exception& error) {
         complaint = QString::fromUtf8(error.what());
     }
     running_ = false;
-    panel_->finish(outcome, what);
+    panel_->finish();
+    if (verdict) panel_->show(*verdict, what);
     if (!complaint.isEmpty()) panel_->complain(complaint);
     enable(true);
     if (closing_) close();
 }
 
-void MainWindow::take(const host::RunReport& report, const host::RunRequest& request) {
-    const bool well = report.outcome == host::RunReport::Outcome::well;
-    for (const host::Operation* step : request.steps)
-        if (step->name == "read" && well) work_.setbuffer(report.buffer);
-    auto differences = Workspace::differences(report.log, work_.device().content);
+host::Verdict MainWindow::take(const host::RunReport& report, const host::RunRequest& request) {
     const host::Explanation why = host::explain(work_.device(), request.texts, report);
+    host::Verdict verdict = host::verdictof(request, report, why);
+    for (const host::Operation* step : request.steps)
+        if (step->name == "read" && verdict.well()) work_.setbuffer(report.buffer);
+    for (const std::string& notice : verdict.notices) logline("keld2: " + notice);
     if (why.count > 0) log_->appendPlainText(QString::fromStdString(host::told(why)).trimmed());
-    for (const auto& line : why.lines)
-        if (line.fuse) differences.insert(*line.fuse);
+    std::set<std::int64_t> differences;
+    for (const host::Difference& one : verdict.differences.first)
+        for (const std::int64_t cell : host::cellsof(one)) differences.insert(cell);
     showbuffer(differences);
     if (!differences.empty()) telldifferences(differences);
+    return verdict;
 }
 
 void MainWindow::telldifferences(const std::set<std::int64_t>& differences) {

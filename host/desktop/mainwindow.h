@@ -9,6 +9,7 @@
 
 #include "host/desktop/workspace.h"
 #include "host/run/editrun.h"
+#include "host/verdict/verdict.h"
 
 class QLabel;
 class QPlainTextEdit;
@@ -57,7 +58,7 @@ class MainWindow final : public QMainWindow, private host::RunListener {
     bool stopasked() override { return stop_; }
     void runsteps(const std::vector<const host::Operation*>& steps, bool sequence,
                   const QString& what);
-    void take(const host::RunReport& report, const host::RunRequest& request);
+    host::Verdict take(const host::RunReport& report, const host::RunRequest& request);
     void telldifferences(const std::set<std::int64_t>& differences);
     bool ready(const std::vector<const host::Operation*>& steps);
 

@@ -11,31 +11,18 @@ namespace keld2::desktop {
 
 namespace {
 
-using Outcome = host::RunReport::Outcome;
-
-constexpr const char* good = "#D8F0D8";
 constexpr const char* bad = "#F8D8D4";
-constexpr const char* open = "#F8ECC8";  // neither
 
-struct OutcomeRow {
-    Outcome outcome;
-    const char* mark;
-    const char* words;  // behind what was done
+struct MarkRow {
+    host::Verdict::Mark mark;
+    const char* sign;
     const char* background;
 };
 
 constexpr std::array rows{
-    OutcomeRow{Outcome::well, "\u2714", "ended well", good},
-    OutcomeRow{Outcome::failed, "\u2718", "failed", bad},
-    OutcomeRow{Outcome::stopped, "\u25A0", "was stopped", open},
-    OutcomeRow{Outcome::timedout, "\u2718", "got no answer from the programmer in time", bad},
-    OutcomeRow{Outcome::badalgorithm, "\u2718", "found no usable algorithm file", bad},
-    OutcomeRow{Outcome::refused, "\u2718", "did not begin: the programmer is not ready", bad},
-    OutcomeRow{Outcome::modefailed, "\u2718",
-               "did not begin: the programmer could not be set up for this device", bad},
-    OutcomeRow{Outcome::aborted, "\u25A0", "was aborted", open},
-    OutcomeRow{Outcome::incomplete, "\u2718", "needs a component that is missing", bad},
-    OutcomeRow{Outcome::notserved, "\u2718", "is nothing that can be done with this device", bad},
+    MarkRow{host::Verdict::Mark::good, "\u2714", "#D8F0D8"},
+    MarkRow{host::Verdict::Mark::bad, "\u2718", bad},
+    MarkRow{host::Verdict::Mark::open, "\u25A0", "#F8ECC8"},
 };
 
 }  // namespace
@@ -81,14 +68,21 @@ void RunPanel::setstep(const QString& caption) { step_->setText(caption); }
 
 void RunPanel::setprogress(int percent) { progress_->setValue(std::clamp(percent, 0, 100)); }
 
-void RunPanel::finish(Outcome outcome, const QString& what) {
+void RunPanel::finish() {
     tick_.stop();
     stop_->setEnabled(false);
     step_->clear();
-    if (outcome == Outcome::well) setprogress(100);
     times_->setText(timetext(clock_.elapsed()));
-    for (const OutcomeRow& row : rows)
-        if (row.outcome == outcome) showresult(row.mark, what + " " + row.words, row.background);
+}
+
+void RunPanel::show(const host::Verdict& verdict, const QString& what) {
+    setprogress(verdict.percent);
+    QString words = QString::fromStdString(headlineof(verdict));
+    words = verdict.well() ? what + " ended well" : words.left(1).toUpper() + words.mid(1);
+    for (const std::string& notice : verdict.notices)
+        words += "\n" + QString::fromStdString(notice);
+    for (const MarkRow& row : rows)
+        if (row.mark == verdict.mark()) showresult(row.sign, words, row.background);
 }
 
 void RunPanel::complain(const QString& what) { showresult("\u2718", what, bad); }

@@ -6,7 +6,7 @@
 #include <QTimer>
 #include <QWidget>
 
-#include "host/run/devicerun.h"
+#include "host/verdict/verdict.h"
 
 class QLabel;
 class QProgressBar;
@@ -23,7 +23,9 @@ class RunPanel final : public QWidget {
     void start(const QString& what);
     void setstep(const QString& caption);
     void setprogress(int percent);
-    void finish(host::RunReport::Outcome outcome, const QString& what);
+    void finish();
+    // What came of it, in the verdict's words.
+    void show(const host::Verdict& verdict, const QString& what);
     // A run that could not be made at all, or a file that could not be used.
     void complain(const QString& what);
     QPushButton& stopbutton() { return *stop_; }

@@ -89,19 +89,4 @@ std::vector<std::string> Workspace::check(const std::vector<const host::Operatio
     return host::notices(*file_, steps);
 }
 
-std::set<std::int64_t> Workspace::differences(const std::vector<std::string>& log,
-                                              host::Content content) {
-    constexpr std::size_t addressat = 3, digits = 6, valueat = 15, worddigits = 4;
-    const int base = content == host::Content::fuses ? 10 : 16;
-    std::set<std::int64_t> places;
-    for (const std::string& line : log) {
-        if (!host::isdifference(line)) continue;
-        const std::int64_t address = std::stoll(line.substr(addressat, digits), nullptr, base);
-        const bool word = line.find(' ', valueat) == valueat + worddigits;
-        places.insert(word ? 2 * address : address);
-        if (word) places.insert(2 * address + 1);
-    }
-    return places;
-}
-
 }  // namespace keld2::desktop

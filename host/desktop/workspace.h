@@ -40,11 +40,6 @@ class Workspace {
     // sum 0007F80A". Empty before a file has been loaded.
     const std::string& fileline() const { return fileline_; }
 
-    // The places in the main buffer that a compare's lines name: of fuses by their decimal number,
-    // of words both bytes.
-    static std::set<std::int64_t> differences(const std::vector<std::string>& log,
-                                              host::Content content);
-
   private:
     host::Catalogue catalogue_;
     std::optional<host::Device> device_;

@@ -7,10 +7,12 @@
 #include "host/hosterror.h"
 #include "host/programmer/devcoredecorator.h"
 #include "host/run/hosttexts.h"
+#include "host/run/log_differences.h"
 #include "host/run/runplatform.h"
 #include "platform/numbers.h"
 #include "plugin/clskeld2.h"
 #include "shared/notes.h"
+#include "shared/operations.h"
 
 namespace keld2::host {
 
@@ -28,10 +30,30 @@ struct Signs {
     bool finished = false;    // the end-of-run signal was given
 };
 
+using Steps = std::vector<const Operation*>;
+
+// The steps of a sequence, split into runs. A parallel family's erase ends with the power off, so
+// that a step behind it needs a run of its own.
+std::vector<Steps> runsof(const RunRequest& request) {
+    constexpr std::int64_t parallelbyte = 22, parallelpage = 23;  // of prgmode[0]
+    const std::int64_t family = request.device.value("prgmode");
+    const bool poweroff =
+        !isarm(request.device) && (family == parallelbyte || family == parallelpage);
+    std::vector<Steps> runs(1);
+    for (const Operation* step : request.steps) {
+        const bool behinderase =
+            !runs.back().empty() && runs.back().back()->number == operation::erase;
+        if (poweroff && behinderase) runs.emplace_back();
+        runs.back().push_back(step);
+    }
+    return runs;
+}
+
 class WatchedDevCore final : public DevCoreDecorator {
   public:
-    WatchedDevCore(std::unique_ptr<DevCore> inner, Signs& signs, RunPlatform& platform)
-        : DevCoreDecorator(std::move(inner)), signs_(signs), platform_(platform) {}
+    WatchedDevCore(std::unique_ptr<DevCore> inner, Signs& signs, CheckWatch& checks,
+                   RunPlatform& platform)
+        : DevCoreDecorator(std::move(inner)), signs_(signs), checks_(checks), platform_(platform) {}
 
     void readyfail() override {
         signs_.refused = true;
@@ -56,6 +78,18 @@ class WatchedDevCore final : public DevCoreDecorator {
         inner().qrun();
         platform_.look();
     }
+    int checkbyte(std::int16_t value, std::int32_t address, int mode) override {
+        const CheckedCell cell{.address = address, .value = static_cast<std::uint8_t>(value)};
+        checks_.see(cell, mode);
+        return checks_.answer(cell, mode, inner().checkbyte(value, address, mode));
+    }
+    int checkword(std::uint8_t low, std::uint8_t high, std::int32_t address, int mode,
+                  int blank) override {
+        const auto value = static_cast<std::uint32_t>(high << 8 | low);
+        const CheckedCell cell{.unit = CellUnit::word, .address = address, .value = value};
+        checks_.see(cell, mode);
+        return checks_.answer(cell, mode, inner().checkword(low, high, address, mode, blank));
+    }
 
   private:
     int note(int answer) {
@@ -65,6 +99,7 @@ class WatchedDevCore final : public DevCoreDecorator {
     }
 
     Signs& signs_;
+    CheckWatch& checks_;
     RunPlatform& platform_;
 };
 
@@ -73,8 +108,9 @@ class DeviceRun {
     DeviceRun(const RunRequest& request, const ProgrammerFactory& makeprogrammer,
               RunListener& listener)
         : request_(request),
+          runs_(runsof(request)),
           machine_(os::makemachine(".", request.blocks)),
-          platform_(*machine_, listener),
+          platform_(*machine_, listener, request.device),
           programmer_(makeprogrammer({.job = request.device.path,
                                       .machine = platform_,
                                       .trace = trace_,
@@ -90,16 +126,26 @@ class DeviceRun {
         plugin.keld2warn(s().wwarnno[0]);
         filldata();
         providefiles();
-        const bool usb = true;
-        plugin.runKeld2Prg(usb);
+        for (const Steps& steps : runs_)
+            if (!runsteps(plugin, steps)) break;
         readbacks_.close();
-        platform_.look();
         programmer_->finish();
         return report();
     }
 
   private:
     SharedVariables& s() { return platform_.variables(); }
+
+    // One run of the plug-in; false when no other may follow it.
+    bool runsteps(ClsKELD2& plugin, const Steps& steps) {
+        const bool usb = true;
+        signs_ = {};
+        writesteps(steps);
+        plugin.runKeld2Prg(usb);
+        platform_.look();
+        return signs_.finished && s().prgresult.acquire(0) == result::well &&
+               !platform_.stopgiven();
+    }
 
     void prepare() {
         s().maprows(instance, {});
@@ -108,10 +154,10 @@ class DeviceRun {
         const bool fuses = request_.device.content == Content::fuses;
         std::fill_n(s().ibuffer.data(), s().ibuffer.size(), fuses ? blankfuse : blankbyte);
         writetexts(s(), request_.device, request_.language);
-        writesteps();
+        writesteps(runs_.front());
     }
 
-    void writesteps() {
+    void writesteps(const Steps& steps) {
         s().prgresult[1] = 0;
         s().wautonum[0] = 0;
         if (!request_.sequence) {
@@ -120,10 +166,10 @@ class DeviceRun {
             s().prgresult[1] = static_cast<std::uint8_t>(number);
             return;
         }
-        s().wautonum[0] = static_cast<std::uint8_t>(request_.steps.size());
-        for (std::size_t i = 0; i < request_.steps.size(); ++i)
+        s().wautonum[0] = static_cast<std::uint8_t>(steps.size());
+        for (std::size_t i = 0; i < steps.size(); ++i)
             s().autoprg[static_cast<std::int64_t>(i)] =
-                static_cast<std::uint8_t>(numberof(*request_.steps[i]));
+                static_cast<std::uint8_t>(numberof(*steps[i]));
     }
 
     // The number under which the plug-in carries the step out: one window plays texts for
@@ -155,7 +201,8 @@ class DeviceRun {
         External external{
             .devcore = [this](SharedVariables& views) -> std::unique_ptr<DevCore> {
                 return std::make_unique<WatchedDevCore>(
-                    obtained([&] { return programmer_->devcore(views); }), signs_, platform_);
+                    obtained([&] { return programmer_->devcore(views); }), signs_,
+                    platform_.checks(), platform_);
             },
             .transport = [this](SharedVariables& views) -> std::unique_ptr<UsbTransport> {
                 return std::make_unique<KeptTransport>(
@@ -177,30 +224,11 @@ class DeviceRun {
         }
     }
 
-    RunReport::Outcome outcome() {
-        using Outcome = RunReport::Outcome;
-        if (signs_.refused) return platform_.boxanswered() ? Outcome::aborted : Outcome::refused;
-        if (signs_.incomplete) return Outcome::incomplete;
-        switch (s().prgresult.acquire(0)) {
-            case exitstatus::stopped:
-                return Outcome::stopped;
-            case exitstatus::timedout:
-                return Outcome::timedout;
-            case exitstatus::badalgorithm:
-                return Outcome::badalgorithm;
-            case exitstatus::well:
-                break;
-            default:
-                return Outcome::failed;
-        }
-        if (signs_.finished) return Outcome::well;
-        if (signs_.modefailed) return Outcome::modefailed;
-        return platform_.boxanswered() ? Outcome::aborted : Outcome::notserved;
-    }
+    bool well() { return signs_.finished && s().prgresult.acquire(0) == result::well; }
 
     // By the result lines of the log, which come in the order of the steps.
     std::size_t stepsdone() {
-        if (outcome() == RunReport::Outcome::well) return request_.steps.size();
+        if (well()) return request_.steps.size();
         if (isarm(request_.device)) return phasesdone();
         std::size_t done = 0;
         for (const std::string& line : platform_.lines())
@@ -221,16 +249,39 @@ class DeviceRun {
         return ">>" + utf8(s().MainmnuPrg[numberof(step)].text() + s().prgnote[note::well].text());
     }
 
+    int percent() {
+        constexpr int whole = 100;
+        if (well()) return whole;
+        return isarm(request_.device) ? platform_.percent() : s().prgmode[1];
+    }
+
+    // Of the checks, or where the plug-in has compared by itself of its log.
+    Differences differences() {
+        if (!platform_.checks().differences().empty()) return platform_.checks().differences();
+        const bool fuses = request_.device.content == Content::fuses;
+        return differences_in_log(platform_.lines(), fuses, request_.language);
+    }
+
     RunReport report() {
-        return {.outcome = outcome(),
+        return {.result = s().prgresult.acquire(0),
+                .finished = signs_.finished,
+                .refused = signs_.refused,
+                .modefailed = signs_.modefailed,
+                .incomplete = signs_.incomplete,
+                .boxended = platform_.boxanswered(),
+                .stopgiven = platform_.stopgiven(),
                 .done = stepsdone(),
-                .percent = isarm(request_.device) ? platform_.percent() : s().prgmode[1],
+                .percent = percent(),
+                .differences = differences(),
+                .uniform = platform_.checks().uniform(),
+                .foreignid = platform_.foreignid(),
                 .log = platform_.lines(),
                 .buffer = {s().ibuffer.data(), s().ibuffer.data() + s().ibuffer.size()},
                 .readbacks = readbacks_.texts()};
     }
 
     const RunRequest& request_;
+    std::vector<Steps> runs_;
     Signs signs_;
     TraceLog trace_;  // the programmer counts by it; nothing is written
     ReadBackKeeper readbacks_;
@@ -240,28 +291,6 @@ class DeviceRun {
 };
 
 }  // namespace
-
-int exitstatusof(RunReport::Outcome outcome) {
-    using Outcome = RunReport::Outcome;
-    switch (outcome) {
-        case Outcome::well:
-            return exitstatus::well;
-        case Outcome::stopped:
-            return exitstatus::stopped;
-        case Outcome::timedout:
-        case Outcome::incomplete:
-            return exitstatus::timedout;
-        case Outcome::badalgorithm:
-            return exitstatus::badalgorithm;
-        default:
-            return exitstatus::failed;
-    }
-}
-
-bool isdifference(const std::string& line) {
-    return line.size() > 10 && line.starts_with(">> ") &&
-           line.find_first_not_of("0123456789ABCDEF", 3) == 9 && line[9] == ' ';
-}
 
 RunReport runondevice(const RunRequest& request, const ProgrammerFactory& makeprogrammer,
                       RunListener& listener) {

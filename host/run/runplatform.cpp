@@ -1,18 +1,33 @@
 #include "host/run/runplatform.h"
 
 #include <algorithm>
+#include <sstream>
 
-#include "host/hosterror.h"
+#include "host/run/device_id.h"
 #include "platform/numbers.h"
+#include "plugin/texts/texts.h"
+#include "shared/notes.h"
 
 namespace keld2::host {
+
+namespace {
+
+// Words with single blanks between.
+std::string withoutblanks(const std::string& text) {
+    std::istringstream words(text);
+    std::string joined;
+    for (std::string word; words >> word;) joined += (joined.empty() ? "" : " ") + word;
+    return joined;
+}
+
+}  // namespace
 
 // A stop is written at every service as long as the run goes on: some procedures clear the result
 // cell before they wait.
 void RunPlatform::service() {
-    auto& result = variables_.prgresult;
-    if (listener_.stopasked() && result.acquire(0) == exitstatus::well)
-        result.release(0, exitstatus::stopped);
+    auto& cell = variables_.prgresult;
+    stopgiven_ |= listener_.stopasked();
+    if (stopgiven_ && cell.acquire(0) == result::well) cell.release(0, result::stopped);
     percent_ = variables_.prgmode[1];  // here: an ARM run clears it at its end
     look();
     inner().service();
@@ -48,14 +63,41 @@ void RunPlatform::look() {
 
 BoxAnswer RunPlatform::messagebox(const Box& box) {
     look();
-    const BoxAnswer answer = listener_.box(box);
+    const BoxAnswer answer = asksaboutid(box) ? askaboutid(box) : listener_.box(box);
     boxanswered_ |= answer == BoxAnswer::abort || answer == BoxAnswer::cancel;
+    return answer;
+}
+
+bool RunPlatform::asksaboutid(const Box& box) {
+    const std::int32_t language = variables_.Language[0];
+    return box.buttons == BoxButtons::abortretryignore &&
+           box.title == std::u16string(text(TextId::warning, language)) +
+                            std::u16string(text(TextId::devicecodeerror, language));
+}
+
+// The box shows the digits that were read behind the host's own notes.
+BoxAnswer RunPlatform::askaboutid(Box box) {
+    std::string read = utf8(box.text);
+    for (const std::int64_t index : {note::maker, note::device}) {
+        const std::string before = utf8(variables_.prgnote[index].text());
+        if (const std::size_t at = read.find(before); at != std::string::npos)
+            read.replace(at, before.size(), " ");
+    }
+    read = withoutblanks(read);
+    const std::string expected = expectedid(device_);
+    if (!expected.empty()) box.text += utf16("\nexpected: " + expected + ", read: " + read);
+    const BoxAnswer answer = listener_.box(box);
+    foreignid_.reset();
+    if (answer != BoxAnswer::retry)
+        foreignid_ = ForeignId{.read = read, .ignored = answer == BoxAnswer::ignore};
     return answer;
 }
 
 void RunPlatform::window(std::string_view, const WindowChange& change) {
     look();
-    if (change.kind == WindowChange::Kind::caption) listener_.step(utf8(change.text));
+    if (change.kind != WindowChange::Kind::caption) return;
+    checks_.begin_operation();
+    listener_.step(utf8(change.text));
 }
 
 void RunPlatform::take(const std::string& line) {

@@ -4,6 +4,7 @@
 #include <functional>
 
 #include "host/os/machine.h"
+#include "host/run/check_watch.h"
 #include "host/run/devicerun.h"
 #include "host/run/logfollower.h"
 #include "host/run/runfile.h"
@@ -13,11 +14,13 @@ namespace keld2::host {
 
 class RunPlatform final : public PlatformDecorator {
   public:
-    // Both references outlive it.
-    RunPlatform(Platform& machine, RunListener& listener)
+    // All references outlive it.
+    RunPlatform(Platform& machine, RunListener& listener, const Device& device)
         : PlatformDecorator(machine),
           listener_(listener),
+          device_(device),
           variables_(machine.memory(), machine.strings()),
+          checks_(variables_),
           log_(variables_, [this](const std::string& line) { take(line); }),
           strings_(machine.strings(), [this] { log_.poll(); }) {}
 
@@ -40,23 +43,32 @@ class RunPlatform final : public PlatformDecorator {
     void look();
 
     SharedVariables& variables() { return variables_; }  // the host's views
+    CheckWatch& checks() { return checks_; }
     const std::vector<std::string>& lines() const { return lines_; }
     int percent() const { return percent_; }  // of the operation at which the run stands
     bool boxanswered() const { return boxanswered_; }
+    bool stopgiven() const { return stopgiven_; }
+    const std::optional<ForeignId>& foreignid() const { return foreignid_; }
 
   private:
+    bool asksaboutid(const Box& box);
+    BoxAnswer askaboutid(Box box);
     void take(const std::string& line);
     FileContent nexttext();
     FileContent providedfile(std::span<const std::u16string> parts);
 
     RunListener& listener_;
+    const Device& device_;
     SharedVariables variables_;
+    CheckWatch checks_;
     LogFollower log_;
     FollowedStrings strings_;
     std::vector<std::string> lines_;
     std::vector<RunFile> files_;
     int percent_ = 0;
     bool boxanswered_ = false;  // with Abort or Cancel
+    bool stopgiven_ = false;    // the listener has asked for a stop
+    std::optional<ForeignId> foreignid_;
     std::vector<std::string> texts_;
     std::function<void()> begun_;
     std::size_t textsread_ = 0;

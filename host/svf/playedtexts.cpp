@@ -3,6 +3,7 @@
 #include <sstream>
 
 #include "host/files/textrecords.h"
+#include "host/hosterror.h"
 #include "host/svf/svftask.h"
 
 namespace keld2::host {
@@ -23,11 +24,13 @@ std::vector<std::string> playedtexts(const Device& device,
 Explanation explain(const Device& device, const std::vector<std::string>& texts,
                     const RunReport& report, const std::optional<std::string>& file) {
     constexpr std::size_t mostlines = 256;
-    if (report.outcome != RunReport::Outcome::failed || report.readbacks.empty()) return {};
+    if (report.result != exitstatus::failed || report.readbacks.empty()) return {};
     const std::size_t last = report.readbacks.size() - 1;
     const LogicDevice logic = logicdevice(device);
     Explanation explanation{.text = file.value_or("pldtmp.svf"), .lines = {}};
-    for (const SvfMismatch& one : explainsvf(logic, texts[last], report.readbacks[last])) {
+    const SvfExplained explained = explainsvf(logic, texts[last], report.readbacks[last]);
+    explanation.code = explained.code;
+    for (const SvfMismatch& one : explained.mismatches) {
         if (++explanation.count > mostlines) continue;
         const bool ofmap = !file && !one.code;
         explanation.lines.push_back({one, ofmap ? cellof(logic, one.row, one.bit) : std::nullopt});

@@ -25,9 +25,10 @@ struct Explanation {
         SvfMismatch mismatch;
         std::optional<std::int64_t> fuse;  // of the fuse map, where it is known
     };
-    std::string text;         // name of the text that was played
-    std::vector<Line> lines;  // the first ones
-    std::size_t count = 0;    // of all mismatches
+    std::string text;                  // name of the text that was played
+    std::vector<Line> lines;           // the first ones
+    std::size_t count = 0;             // of all mismatches
+    std::optional<SvfCode> code = {};  // of a chip whose device code is another
 };
 
 // Names the mismatches at which the last of the texts ended; empty unless the run has failed.

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "families/rowverify.h"
+#include "host/files/textrecords.h"
 #include "host/svf/svfwalk.h"
 
 namespace keld2::host {
@@ -34,7 +35,9 @@ class Explainer final : public SvfListener {
             comparerows(fetch, stored);
     }
 
-    std::vector<SvfMismatch> mismatches() { return std::move(mismatches_); }
+    SvfExplained explained() {
+        return {.mismatches = std::move(mismatches_), .code = std::move(code_)};
+    }
 
   private:
     // The next transfer behind those before; false when the run had ended.
@@ -65,10 +68,32 @@ class Explainer final : public SvfListener {
         if (!single && nbits % 8 != 0) return;
         const RowLayout layout =
             rowlayout(kind == CodeCheck::Rows::code32 ? codewidth : nbits, false);
-        for (std::int32_t row = 0; row < (single ? 1 : coderows); ++row)
-            if (reaches(std::int64_t{row + 1} * layout.stride))
-                comparerow({.code = true, .row = row}, layout, std::int64_t{row} * layout.stride,
-                           stored);
+        for (std::int32_t row = 0; row < (single ? 1 : coderows); ++row) {
+            const std::int64_t base = std::int64_t{row} * layout.stride;
+            if (!reaches(base + layout.stride)) continue;
+            comparerow({.code = true, .row = row}, layout, base, stored);
+            if (!mismatches_.empty() && !code_) notecode(row, layout, base, stored);
+        }
+    }
+
+    // The last byte read stands first.
+    void notecode(std::int32_t row, const RowLayout& layout, std::int64_t base,
+                  const SvfStored& stored) {
+        std::uint64_t expected = 0, read = 0;
+        const std::int32_t bits = 8 * layout.whole + layout.raw;
+        for (std::int32_t bit = bits - 1; bit >= 0; --bit) {
+            expected = expected << 1 | (stored.rows.expected(row, bit / 8) >> bit % 8 & 1U);
+            read = read << 1 | (bitread(layout, base, bit) ? 1U : 0U);
+        }
+        const int digits = (bits + 3) / 4;
+        code_ = {.expected = hexdigits(expected, digits), .read = hexdigits(read, digits)};
+    }
+
+    // One of a row, as it came back: whole bytes, then a byte for each of the last bits.
+    bool bitread(const RowLayout& layout, std::int64_t base, std::int32_t bit) const {
+        const std::uint8_t* got = bytes_.data() + base;
+        if (bit / 8 < layout.whole) return (got[bit / 8] >> bit % 8 & 1) != 0;
+        return (got[layout.whole + bit - 8 * layout.whole] & device_.wiring->wiring.tdo.bits) != 0;
     }
 
     bool maydiffer(const SvfMismatch& at, std::int32_t byte) const {
@@ -80,16 +105,13 @@ class Explainer final : public SvfListener {
 
     void comparerow(SvfMismatch at, const RowLayout& layout, std::int64_t base,
                     const SvfStored& stored) {
-        const std::uint8_t* got = bytes_.data() + base;
         const auto index = static_cast<std::size_t>(at.row);
         at.line = index < stored.sources.size() ? stored.sources[index].line : 0;
         for (at.bit = 0; at.bit < 8 * layout.whole + layout.raw; ++at.bit) {
             const std::int32_t byte = at.bit / 8;
             const bool raw = byte >= layout.whole;
             if (!raw && maydiffer(at, byte)) continue;
-            at.read = raw ? (got[layout.whole + at.bit - 8 * layout.whole] &
-                             device_.wiring->wiring.tdo.bits) != 0
-                          : (got[byte] >> at.bit % 8 & 1) != 0;
+            at.read = bitread(layout, base, at.bit);
             at.expected = (stored.rows.expected(at.row, byte) >> at.bit % 8 & 1) != 0;
             const bool compared = (stored.rows.mask(at.row, byte) >> at.bit % 8 & 1) != 0;
             if (compared && at.read != at.expected) mismatches_.push_back(at);
@@ -103,15 +125,16 @@ class Explainer final : public SvfListener {
     std::size_t taken_ = 0;            // transfers
     std::vector<std::uint8_t> bytes_;  // of the comparison in hand
     std::vector<SvfMismatch> mismatches_;
+    std::optional<SvfCode> code_;
 };
 
 }  // namespace
 
-std::vector<SvfMismatch> explainsvf(const LogicDevice& device, std::string_view text,
-                                    const ReadBack& readback) {
+SvfExplained explainsvf(const LogicDevice& device, std::string_view text,
+                        const ReadBack& readback) {
     Explainer explainer(device, readback);
     walksvf(device, text, explainer);
-    return explainer.mismatches();
+    return explainer.explained();
 }
 
 }  // namespace keld2::host

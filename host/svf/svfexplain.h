@@ -2,6 +2,8 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -19,9 +21,18 @@ struct SvfMismatch {
     bool read = false;
 };
 
+// The device code of a text and of a chip that has another, in hexadecimal.
+struct SvfCode {
+    std::string expected, read;
+};
+
+struct SvfExplained {
+    std::vector<SvfMismatch> mismatches;
+    std::optional<SvfCode> code;  // where the check of the device code has failed
+};
+
 // The mismatches, under the masks and tolerances of the run, of the comparison at which it ended:
 // in all rows that had been fetched by then.
-std::vector<SvfMismatch> explainsvf(const LogicDevice& device, std::string_view text,
-                                    const ReadBack& readback);
+SvfExplained explainsvf(const LogicDevice& device, std::string_view text, const ReadBack& readback);
 
 }  // namespace keld2::host

@@ -9,13 +9,6 @@ namespace keld2 {
 
 namespace {
 
-namespace checkmode {
-constexpr int store = 0;
-constexpr int compare = 1;
-constexpr int blank = 2;
-constexpr int report = 3;
-}  // namespace checkmode
-
 struct Item {
     std::int64_t index;    // of its low byte in ibuffer
     std::int64_t bytes;    // 1 or 2

@@ -14,6 +14,13 @@
 
 namespace keld2 {
 
+namespace checkmode {
+inline constexpr int store = 0;
+inline constexpr int compare = 1;
+inline constexpr int blank = 2;
+inline constexpr int report = 3;
+}  // namespace checkmode
+
 inline constexpr std::ptrdiff_t reportlimit = 256;  // lines
 
 // value: the chip's byte, 0 to 255; address: a byte of ibuffer.

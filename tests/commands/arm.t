@@ -97,7 +97,7 @@ A secured chip shows nothing until it is erased:
   >>Device Address:00000000H  Device Data:FFFFH  Buffer Address:00000000H  Buffer Data:2500H
   >>Verify failed
   >> <TIME>Sec
-  keld2: arm-a-256k-word: failed in verify at 0 %
+  keld2: arm-a-256k-word: failed in verify at 0 %: at 000000 the chip holds FFFF, the file 2500
   [1]
   $ steps erase blank
   erase: 0
@@ -118,7 +118,7 @@ Faults end in their results:
   >>Device Address:00001234H  Device Data:FFH  Buffer Data:96H
   >>Auto Program failed
   >> <TIME>Sec
-  keld2: arm-a-64k: failed in blank at 99 %, done: erase
+  keld2: arm-a-64k: failed in blank at 99 %: at 001234 the chip holds FF, the file 96; done: erase
   1
   -- phasefail=erase:70
   >>Maker: 1F   Device: AB0C
@@ -136,7 +136,7 @@ Faults end in their results:
   >>Device Address:00000006H  Device Data:DFH  Buffer Data:DEH
   >>Auto Program failed
   >> <TIME>Sec
-  keld2: arm-a-64k: failed in program at 24 %, done: erase, blank
+  keld2: arm-a-64k: failed in program at 24 %: at 000006 the chip holds DF, the file DE; done: erase, blank
   1
   -- weak=99
   >>Maker: 1F   Device: AB0C
@@ -179,8 +179,9 @@ Faults end in their results:
   -- wrongid
   Warning! Device Code Error!
   Maker: 1F   Device: 540C
+  expected: 1F AB, read: 1F 540C
   keld2: answered with abort
-  keld2: arm-a-64k: stopped in erase at 0 %
+  keld2: arm-a-64k: wrong chip: its id is 1F 540C, expected 1F AB
   2
 
 Only a device that verifies at both supplies notices a weak cell:
@@ -196,7 +197,7 @@ Only a device that verifies at both supplies notices a weak cell:
   >>Device Address:00000031H  Device Data:FF2AH  Buffer Data:4F2AH
   >>Auto Program failed
   >> <TIME>Sec
-  keld2: arm-a-256k-word: failed in program at 16 %, done: erase, blank
+  keld2: arm-a-256k-word: failed in program at 16 %: at 000031 the chip holds FF2A, the file 4F2A; done: erase, blank
   [1]
 
 The algorithm image is made where a run finds it, and never over another:

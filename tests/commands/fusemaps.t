@@ -37,13 +37,14 @@ Each byte of the user code reads the same from both ends, for the sake of one wi
   >>Device Address:000171   Device Data: 0   Buffer Data: 1
   >>Blank Check failed
   >> <TIME>Sec
-  keld2: logic-17200-a: failed in blank at 98 %
+  keld2: logic-17200-a: failed in blank at 98 %: not blank at 000171, the chip holds 0
   keld2: simulated programmer, the chip is kept in chip, fault wrongid
   >>Dev. Code:0180D0BC
   Warning! Device Code Error!
   Device: 0180D0BC
+  expected: 0180D043, read: 0180D0BC
   keld2: answered with abort
-  keld2: logic-17200-a: aborted before the first operation
+  keld2: logic-17200-a: wrong chip: its id is 0180D0BC, expected 0180D043
   [1]
   $ way logic-17200-b 17200
   erase: 0
@@ -65,13 +66,14 @@ Each byte of the user code reads the same from both ends, for the sake of one wi
   >>Device Address:000171   Device Data: 0   Buffer Data: 1
   >>Blank Check failed
   >> <TIME>Sec
-  keld2: logic-17200-b: failed in blank at 98 %
+  keld2: logic-17200-b: failed in blank at 98 %: not blank at 000171, the chip holds 0
   keld2: simulated programmer, the chip is kept in chip, fault wrongid
   >>Dev. Code:0180D0BC
   Warning! Device Code Error!
   Device: 0180D0BC
+  expected: 0180D043, read: 0180D0BC
   keld2: answered with abort
-  keld2: logic-17200-b: aborted before the first operation
+  keld2: logic-17200-b: wrong chip: its id is 0180D0BC, expected 0180D043
   [1]
   $ way logic-35600-c 35600
   erase: 0
@@ -93,13 +95,14 @@ Each byte of the user code reads the same from both ends, for the sake of one wi
   >>Device Address:000171   Device Data: 0   Buffer Data: 1
   >>Blank Check failed
   >> <TIME>Sec
-  keld2: logic-35600-c: failed in blank at 98 %
+  keld2: logic-35600-c: failed in blank at 98 %: not blank at 000171, the chip holds 0
   keld2: simulated programmer, the chip is kept in chip, fault wrongid
   >>Dev. Code:018090BC
   Warning! Device Code Error!
   Device: 018090BC
+  expected: 01809043, read: 018090BC
   keld2: answered with abort
-  keld2: logic-35600-c: aborted before the first operation
+  keld2: logic-35600-c: wrong chip: its id is 018090BC, expected 01809043
   [1]
 
 The security fuse is not written unasked:

@@ -14,7 +14,7 @@ Progress is plain lines:
   >>Blank Check ...
   >>Blank Check failed
   >> <TIME>Sec
-  keld2: serial-2k: failed in blank at 98 %
+  keld2: serial-2k: failed in blank at 98 %: not blank at 000000, the chip holds 01
   [1]
 
 The programmer is named whenever nobody has chosen it:
@@ -37,6 +37,7 @@ A link stays and so do a file's permissions; what is no file takes what comes:
 
   $ touch real.bin; chmod 640 real.bin; ln -s real.bin link.bin
   $ on -q read link.bin --force
+  keld2: every byte reads FF: the chip is blank or protected from being read
   $ stat -c '%N %a %s' link.bin real.bin
   'link.bin' -> 'real.bin' 777 8
   'real.bin' 640 2082

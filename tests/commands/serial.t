@@ -49,7 +49,7 @@ Program adds to what is there, and no bit goes back to 1 without an erase:
   >>Verify(VCC: 5.25V)  ...
   >>Program failed
   >> <TIME>Sec
-  keld2: serial-2k: failed in program at 98 %
+  keld2: serial-2k: failed in program at 98 %: not blank at 000000; erase it first (the chip holds 00, the file 0F)
   [1]
 
 Compare lists every difference, on standard output:
@@ -112,7 +112,7 @@ Cancel:
   The chip is not blank. Go on?
   keld2: answered with cancel
   >> <TIME>Sec
-  keld2: serial-2k: failed in blank at 98 %, done: erase, program
+  keld2: serial-2k: failed in blank at 98 %: not blank at 000000, the chip holds 01; done: erase, program
   [1]
   $ json auto a.bin --steps erase,program,blank,verify | jq -c '[.status, .done]'
   [1,2]
@@ -138,6 +138,8 @@ Read never covers a file unasked, and a failed read leaves none:
   ls: cannot access 'chip': No such file or directory
   [2]
   $ mkdir fresh; on -q read fresh/new.bin; on -q read out.bin --force; wc -c <out.bin; ls fresh
+  keld2: every byte reads FF: the chip is blank or protected from being read
+  keld2: every byte reads FF: the chip is blank or protected from being read
   2082
   new.bin
   $ fault=bulkfail
@@ -157,13 +159,15 @@ Faults end in their status:
   keld2: simulated programmer, the chip is kept in chip, fault wrongid
   Warning! Device Code Error!
   Maker: 5A   Device: DB01
+  expected: 5A 24, read: 5A DB01
   keld2: answered with abort
-  keld2: serial-2k: aborted before the first operation
+  keld2: serial-2k: wrong chip: its id is 5A DB01, expected 5A 24
   keld2: simulated programmer, the chip is kept in chip, fault nopower
   Warning! Device Code Error!
   Maker: FF   Device: FFFF
+  expected: 5A 24, read: FF FFFF
   keld2: answered with abort
-  keld2: serial-2k: aborted before the first operation
+  keld2: serial-2k: wrong chip: its id is FF FFFF, expected 5A 24; is there a chip in the socket, and does it make contact?
   [1]
   $ fault=bulkfail on --progress none blank
   keld2: simulated programmer, the chip is kept in chip, fault bulkfail
@@ -180,7 +184,7 @@ Faults end in their status:
   >>Verify(VCC: 5.25V)  ...
   >>Program failed
   >> <TIME>Sec
-  keld2: serial-2k: failed in program at 98 %
+  keld2: serial-2k: failed in program at 98 %: not blank at 000001; erase it first (the chip holds F7, the file FF)
   [1]
 
 Boxes take the answer that is given; a retry goes on only for so long:
@@ -190,46 +194,59 @@ Boxes take the answer that is given; a retry goes on only for so long:
   keld2: simulated programmer, the chip is kept in chip, fault wrongid
   Warning! Device Code Error!
   Maker: 5A   Device: DB01
+  expected: 5A 24, read: 5A DB01
   keld2: answered with ignore
   >>Erase ...
   >>Erase OK
   >> <TIME>Sec
+  keld2: the chip's id is 5A DB01, not 5A 24: it was ignored
   keld2: serial-2k: erase ended well
   $ on -q erase --on-box retry | uniq -c
         1 Warning! Device Code Error!
         1 Maker: 5A   Device: DB01
+        1 expected: 5A 24, read: 5A DB01
         1 keld2: answered with retry
         1 Warning! Device Code Error!
         1 Maker: 5A   Device: DB01
+        1 expected: 5A 24, read: 5A DB01
         1 keld2: answered with retry
         1 Warning! Device Code Error!
         1 Maker: 5A   Device: DB01
+        1 expected: 5A 24, read: 5A DB01
         1 keld2: answered with retry
         1 Warning! Device Code Error!
         1 Maker: 5A   Device: DB01
+        1 expected: 5A 24, read: 5A DB01
         1 keld2: answered with retry
         1 Warning! Device Code Error!
         1 Maker: 5A   Device: DB01
+        1 expected: 5A 24, read: 5A DB01
         1 keld2: answered with retry
         1 Warning! Device Code Error!
         1 Maker: 5A   Device: DB01
+        1 expected: 5A 24, read: 5A DB01
         1 keld2: answered with retry
         1 Warning! Device Code Error!
         1 Maker: 5A   Device: DB01
+        1 expected: 5A 24, read: 5A DB01
         1 keld2: answered with retry
         1 Warning! Device Code Error!
         1 Maker: 5A   Device: DB01
+        1 expected: 5A 24, read: 5A DB01
         1 keld2: answered with retry
         1 Warning! Device Code Error!
         1 Maker: 5A   Device: DB01
+        1 expected: 5A 24, read: 5A DB01
         1 keld2: answered with retry
         1 Warning! Device Code Error!
         1 Maker: 5A   Device: DB01
+        1 expected: 5A 24, read: 5A DB01
         1 keld2: answered with retry
         1 Warning! Device Code Error!
         1 Maker: 5A   Device: DB01
+        1 expected: 5A 24, read: 5A DB01
         1 keld2: answered with abort
-        1 keld2: serial-2k: aborted before the first operation
+        1 keld2: serial-2k: wrong chip: its id is 5A DB01, expected 5A 24
   [1]
 
 A chip of another device is refused, and something else is not overwritten:

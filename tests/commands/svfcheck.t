@@ -160,11 +160,11 @@ A failure is explained when asked, and in a sequence by the text of its step:
 
   $ printf 'SIR 8 TDI (16);\nSDR 32 TDI (00000000) TDO (00000000) MASK (00000100);\n' >code.svf
   $ on -q play code.svf
-  keld2: logic-16160: failed in program at 97 %
+  keld2: logic-16160: wrong chip: its id is 6DE1C521, expected 00000000
   [1]
   $ on -q play code.svf --explain
   code.svf:2: device code, row 0, bit 8: expected 0, read 1
-  keld2: logic-16160: failed in program at 97 %
+  keld2: logic-16160: wrong chip: its id is 6DE1C521, expected 00000000
   [1]
   $ fault=stuck=809:0:1; printf '\2t*\nQF16160*\nF0*\n\0030000\n' >zeros.jed
   $ json auto zeros.jed | jq -c '[.done, .explanation.count, .explanation.mismatches[0].fuse]'

@@ -46,6 +46,7 @@ A statement begins where its first line moves:
 Parallel lines, and the byte that is read from them:
 
   $ chip parallel-byte-64k; on -q blank --vcd run.vcd
+  keld2: every byte that was checked read FF: an empty socket would look the same, this device has no id that would tell
   $ of statement | cut -c1-60; of address | sort -u | sed -n '2p;$p'; of address | wc -l; of read; of VPP0
   bus: read command at 0x1C0000
   bus: read at 0x1C0000 to 0x1C3FFF, 16384 bytes: ffffffffffff

@@ -87,7 +87,7 @@ TEST_F(MainWindowTest, ProgramsVerifiesComparesAndReads) {
     EXPECT_EQ(result(*w), "Verify ended well");
     w->open(other_);
     click(*w, "verify");
-    EXPECT_EQ(result(*w), "Verify failed");
+    EXPECT_EQ(result(*w), "Failed in verify at 98 %: at 000123 the chip holds 1D, the file 77");
     click(*w, "compare");
     EXPECT_TRUE(log(*w).contains(">> 000123")) << log(*w).toStdString();
     click(*w, "config");
@@ -116,7 +116,8 @@ TEST_F(MainWindowTest, WorksEveryKindOfDevice) {
         std::filesystem::remove(folder_ / "chip");
         w->choose(device);
         click(*w, "blank");
-        EXPECT_EQ(result(*w), "Blank Check ended well") << device << log(*w).toStdString();
+        EXPECT_TRUE(result(*w).starts_with("Blank Check ended well"))
+            << device << log(*w).toStdString();
     }
 }
 
@@ -128,7 +129,9 @@ TEST_F(MainWindowTest, FailedTextIsExplainedByItsFuses) {
         "0000\n";
     w->open(QString::fromStdString(folder_.file("map.jed", map).string()));
     click(*w, "verify");
-    EXPECT_EQ(result(*w), "Verify failed");
+    EXPECT_EQ(
+        result(*w),
+        "Failed in verify at 98 %: at 000000 the chip holds 1, the file 0; 8160 differences seen");
     EXPECT_TRUE(log(*w).contains("row 3, bit 5: expected 0, read 1 (fuse 165)"))
         << log(*w).toStdString();
     EXPECT_TRUE(log(*w).endsWith("more bits")) << "a blank chip, of which 256 are named";
@@ -145,7 +148,7 @@ TEST_F(MainWindowTest, StopInTheMiddle) {
     });
     poll.start(0);
     click(*w, "program");
-    EXPECT_EQ(result(*w), "Program was stopped") << log(*w).toStdString();
+    EXPECT_EQ(result(*w), "Stopped in program at 98 %") << log(*w).toStdString();
     EXPECT_TRUE(w->findChild<QPushButton*>("erase")->isEnabled());
 }
 
@@ -153,7 +156,7 @@ TEST_F(MainWindowTest, WrongIdIsAskedAgainAndAborted) {
     const auto w = window({"wrongid"});
     answer({QMessageBox::Retry, QMessageBox::Abort});
     click(*w, "blank");
-    EXPECT_EQ(result(*w), "Blank Check was aborted");
+    EXPECT_EQ(result(*w), "Wrong chip: its id is 5A DB01, expected 5A 24");
 }
 
 TEST_F(MainWindowTest, ClosingDuringARunAsksFirst) {

@@ -51,17 +51,23 @@ TEST(RunPanel, Times) {
 }
 
 TEST(RunPanel, StopIsThereWhileItRuns) {
-    using Outcome = host::RunReport::Outcome;
+    using Outcome = host::Verdict::Outcome;
     RunPanel panel;
     EXPECT_FALSE(panel.stopbutton().isEnabled());
     QStringList texts;
-    for (const Outcome outcome : {Outcome::well, Outcome::failed, Outcome::stopped,
-                                  Outcome::timedout, Outcome::badalgorithm, Outcome::refused,
-                                  Outcome::modefailed, Outcome::aborted, Outcome::notserved}) {
+    for (const Outcome outcome :
+         {Outcome::well, Outcome::different, Outcome::failed, Outcome::stopped, Outcome::timedout,
+          Outcome::badalgorithm, Outcome::foreignid, Outcome::refused, Outcome::modefailed,
+          Outcome::incomplete, Outcome::aborted, Outcome::notserved}) {
         panel.start("Program");
         EXPECT_TRUE(panel.stopbutton().isEnabled());
         EXPECT_TRUE(panel.resulttext().contains("Program is running"));
-        panel.finish(outcome, "Program");
+        panel.finish();
+        panel.show({.outcome = outcome,
+                    .steps = {host::operationnamed("program")},
+                    .foreignid = host::ForeignId{},
+                    .expectedid = {}},
+                   "Program");
         EXPECT_FALSE(panel.stopbutton().isEnabled());
         EXPECT_FALSE(texts.contains(panel.resulttext())) << panel.resulttext().toStdString();
         texts += panel.resulttext();
@@ -96,17 +102,6 @@ int redpixels(const QImage& image) {
                 colour.red() > colour.green() + 25 && colour.red() > colour.blue() + 25 ? 1 : 0;
         }
     return count;
-}
-
-TEST(Workspace, DifferencesAreMarkedWhereTheyLieInTheBuffer) {
-    const std::vector<std::string> bytes{">>Compare ...", ">> 000123      77         5F",
-                                         ">> 0000FF      00         01"};
-    const std::vector<std::string> words{">> 000010      1234         1235"};
-    const std::vector<std::string> fuses{">> 000123      1           0"};
-    using Places = std::set<std::int64_t>;
-    EXPECT_EQ(Workspace::differences(bytes, host::Content::bytes), (Places{0xFF, 0x123}));
-    EXPECT_EQ(Workspace::differences(words, host::Content::bytes), (Places{0x20, 0x21}));
-    EXPECT_EQ(Workspace::differences(fuses, host::Content::fuses), (Places{123}));
 }
 
 TEST(HexView, MarksDifferencesAndScrollsToThem) {

@@ -11,12 +11,19 @@
 #include "host/programmer/programmer.h"
 #include "host/run/devicerun.h"
 #include "host/svf/playedtexts.h"
+#include "host/verdict/verdict.h"
+#include "shared/notes.h"
 
 namespace keld2::test {
 namespace {
 
 using host::RunReport;
-using Outcome = host::RunReport::Outcome;
+using Outcome = host::Verdict::Outcome;
+
+struct Ended {
+    RunReport report;
+    Outcome outcome;
+};
 
 class SilentListener final : public host::RunListener {
   public:
@@ -24,14 +31,11 @@ class SilentListener final : public host::RunListener {
     void progress(int) override {}
     void step(const std::string&) override {}
     BoxAnswer box(const Box& box) override {
-        asked = true;
         return box.buttons == BoxButtons::abortretryignore ? BoxAnswer::abort
                : box.buttons == BoxButtons::okcancel       ? BoxAnswer::cancel
                                                            : BoxAnswer::ok;
     }
     bool stopasked() override { return false; }
-
-    bool asked = false;  // a box was shown, and answered so that the run ends
 };
 
 std::size_t entriesof(const char* folder, std::string_view prefix = {}) {
@@ -43,7 +47,7 @@ std::size_t entriesof(const char* folder, std::string_view prefix = {}) {
 
 class EveryFault : public ::testing::TestWithParam<const char*> {
   protected:
-    RunReport run(const host::Operation& operation, FaultPlan plan = {}) {
+    Ended run(const host::Operation& operation, FaultPlan plan = {}) {
         watch_ = {};
         const host::RunRequest request{.device = device_,
                                        .steps = {&operation},
@@ -51,11 +55,11 @@ class EveryFault : public ::testing::TestWithParam<const char*> {
                                        .simulated = true,
                                        .texts = host::playedtexts(device_, {&operation}, data())};
         SilentListener listener;
-        const RunReport report = runondevice(
+        RunReport report = runondevice(
             request, faulty(simulated({.image = chip_, .faults = {}}, device_), plan, watch_),
             listener);
-        boxasked_ = listener.asked;
-        return report;
+        const Outcome outcome = verdictof(request, report).outcome;
+        return {.report = std::move(report), .outcome = outcome};
     }
     Outcome outcomeof(const char* operation) {
         return run(*host::operationnamed(operation)).outcome;
@@ -89,24 +93,24 @@ class EveryFault : public ::testing::TestWithParam<const char*> {
         SCOPED_TRACE(std::string(operation.name) + ", fault " +
                      std::to_string(static_cast<int>(plan.fault)) + " at answer " +
                      std::to_string(plan.answer));
-        const RunReport report = run(operation, plan);
+        const auto [report, outcome] = run(operation, plan);
         EXPECT_FALSE(leftpowered());
         EXPECT_EQ(watch_.timers, 0);
-        checklog(report);
+        checklog(report, outcome);
         const bool startup = watch_.bulkreads.empty() || plan.answer <= *watch_.bulkreads.begin();
-        if (report.outcome == Outcome::well && !watch_.unnoticed && !startup)
+        if (outcome == Outcome::well && !watch_.unnoticed && !startup)
             checkdone(operation, report, whole);
         if (changes(operation)) prepare(operation);
     }
-    void checklog(const RunReport& report) const {
+    void checklog(const RunReport& report, Outcome outcome) const {
         const auto says = [&report](std::string_view word) {
             return std::ranges::any_of(report.log, [word](const std::string& line) {
                 return line.find(word) != std::string::npos;
             });
         };
-        EXPECT_EQ(says(" OK"), report.outcome == Outcome::well);
-        EXPECT_EQ(says("Stopped"), report.outcome == Outcome::stopped && !boxasked_);
-        EXPECT_EQ(says("timed out"), report.outcome == Outcome::timedout);
+        EXPECT_EQ(says(" OK"), report.finished && report.result == result::well);
+        EXPECT_EQ(says("Stopped"), outcome == Outcome::stopped);
+        EXPECT_EQ(says("timed out"), outcome == Outcome::timedout);
     }
 
     bool leftpowered() const {
@@ -132,7 +136,6 @@ class EveryFault : public ::testing::TestWithParam<const char*> {
     FaultWatch watch_;
 
   private:
-    bool boxasked_ = false;  // in the last run
     MadeFolder folder_;
     std::filesystem::path chip_ = folder_ / "chip";
 };
@@ -151,8 +154,8 @@ TEST_P(EveryFault, EndsInOrderAndTheNextRunWorks) {
     const std::size_t threads = entriesof("/proc/self/task");
     for (const host::Operation* operation : device_.operations) {
         prepare(*operation);
-        const RunReport whole = run(*operation);
-        ASSERT_EQ(whole.outcome, Outcome::well) << operation->name;
+        const auto [whole, ended] = run(*operation);
+        ASSERT_EQ(ended, Outcome::well) << operation->name;
         const std::size_t answers = watch_.answers;
         const std::set<std::size_t> bulkreads = watch_.bulkreads;
         if (changes(*operation)) prepare(*operation);

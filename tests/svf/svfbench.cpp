@@ -59,7 +59,7 @@ std::vector<host::SvfMismatch> SvfBench::explained(const std::string& text) {
     host::ReadBack readback(bulk.size() + 4, Bytes(16385));  // 0 behind what is given
     for (std::size_t i = 0; i < bulk.size(); ++i)
         if (bulk[i]) std::ranges::copy(*bulk[i], readback[i].begin());
-    return host::explainsvf(device(), text, readback);
+    return host::explainsvf(device(), text, readback).mismatches;
 }
 
 FileContent SvfBench::readfile(std::span<const std::u16string> parts) {
