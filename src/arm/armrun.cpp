@@ -21,15 +21,15 @@ enum class Exit {
     silent
 };
 
-// Does work; a fault in it is the abort exit.
+// Does work; a fault in it is that exit.
 template <typename Work>
-Exit guarded(Work work) {
+Exit guarded(Exit onfault, Work work) {
     try {
         return work();
     } catch (const ComponentMissing&) {
         throw;
     } catch (const std::exception&) {
-        return Exit::abort;
+        return onfault;
     }
 }
 
@@ -129,7 +129,7 @@ Exit carryout(const ArmContext& c, const ArmProfile& profile) {
     if (!startup(c, row)) return Exit::abort;
     switch (loadimage(job, row)) {
         case ImageLoad::loaded:
-            return runloaded(job);
+            return guarded(Exit::poweredabort, [&] { return runloaded(job); });
         case ImageLoad::unusable:
             return unusableimage(c);
         case ImageLoad::stopped:
@@ -144,20 +144,20 @@ Exit carryout(const ArmContext& c, const ArmProfile& profile) {
 
 void armrun(const ArmContext& c, const ArmProfile& profile) {
     const double start = c.platform.secondssincemidnight();
-    Exit exit = guarded([&] { return carryout(c, profile); });
+    Exit exit = guarded(Exit::abort, [&] { return carryout(c, profile); });
     if (exit == Exit::poweredabort)
-        exit = guarded([&] {
+        exit = guarded(Exit::abort, [&] {
             c.devcore.powerdown();
             return Exit::abort;
         });
     // A text that cannot be read must not cost the lines and cells behind it.
-    guarded([&] {
+    guarded(Exit::abort, [&] {
         if (exit != Exit::abort) return exit;
         c.s.prgresult.release(0, result::timedout);
         appendlog(c.s, c.s.prgnote[note::timedout].text() + u"\n");
         return exit;
     });
-    guarded([&] {
+    guarded(Exit::abort, [&] {
         if (exit != Exit::silent) appendelapsed(c.s, c.platform, start);
         return exit;
     });

@@ -130,6 +130,21 @@ std::int32_t readclocks(std::string_view rest) {
     return std::max(clocks, 0);
 }
 
+// Whether a number that no double can hold is too small for one: the power of ten of its first
+// digit that is not 0 is negative.
+bool toosmall(std::string_view digits) {
+    const std::size_t e = std::min(digits.find_first_of("eE"), digits.size());
+    const std::string_view exponent = digits.substr(std::min(e + 1, digits.size()));
+    const std::string_view mantissa = digits.substr(0, e);
+    const std::size_t first = mantissa.find_first_of("123456789");
+    const std::size_t point = std::min(mantissa.find('.'), mantissa.size());
+    std::int64_t power = 0;
+    const auto [end, error] = std::from_chars(exponent.data() + exponent.starts_with('+'),
+                                              exponent.data() + exponent.size(), power);
+    if (error == std::errc::result_out_of_range) return exponent.starts_with('-');
+    return power + static_cast<std::int64_t>(point) - static_cast<std::int64_t>(first) < 0;
+}
+
 double readnumber(std::string_view word) {
     std::string_view digits = word;
     if (digits.starts_with('+')) digits.remove_prefix(1);
@@ -137,9 +152,11 @@ double readnumber(std::string_view word) {
     const char* last = digits.data() + digits.size();
     const auto [end, error] = std::from_chars(digits.data(), last, value);
     const bool named = digits.find_first_not_of("0123456789+-.eE") != std::string_view::npos;
-    if (error != std::errc{} || end != last || named || word.starts_with("+-"))
+    const bool outofrange = error == std::errc::result_out_of_range;
+    if ((error != std::errc{} && !outofrange) || end != last || named || word.starts_with("+-") ||
+        (outofrange && !toosmall(digits)))
         throw RunFault("\"" + std::string(word) + "\" is no number of seconds", "RUNTEST");
-    return value;
+    return outofrange ? 0 : value;
 }
 
 // The last word before SEC, in seconds, as ticks.

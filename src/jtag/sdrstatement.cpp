@@ -77,8 +77,10 @@ class SdrParser {
     // --- layouts ---
 
     void parseoneline(std::size_t tdo) {
-        const std::string_view tdi = popdata(fields_);
-        if (tdo == nowhere) return drive(tdi);
+        const std::string_view exact =
+            rules_.replays ? fields_.substr(requireword(fields_, "TDI")) : fields_;
+        const std::string_view tdi = popdata(exact);
+        if (tdo == nowhere) return drive(popdata(fields_));
         if (rules_.replays) storetdi(tdi);
         const std::string_view remainder = rest_.substr(tdo);
         const std::size_t mask = remainder.find("MASK");
@@ -151,7 +153,7 @@ class SdrParser {
         out_.counted = true;
         const bool whole = out_.nbits % 8 == 0;
         const bool uncut = std::ranges::find(uncutmaskfuses, fuses_) != uncutmaskfuses.end();
-        if (rules_.replays ? !whole : uncut && !whole) return checkrow(0);
+        if (!whole && (rules_.replays || uncut)) return;  // counted, but nothing is stored
         if (!rules_.replays && uncut) {
             decode(tdo, mask.size(), out_.expect);
             out_.mask.assign(out_.expect.size(), 255);

@@ -18,7 +18,7 @@ std::int16_t readvalue(std::string_view digits) {
     std::int16_t value = 0;
     const char* last = digits.data() + digits.size();
     const auto [end, error] = std::from_chars(digits.data(), last, value, 16);
-    if (error != std::errc{} || end != last || value < 0)
+    if (error != std::errc{} || end != last || digits.starts_with('-'))
         throw RunFault("value (" + std::string(digits) + "), expected 0 to 7FFF", "SIR");
     return value;
 }

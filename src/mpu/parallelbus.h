@@ -29,7 +29,6 @@ inline constexpr std::int32_t write = 0x1FFFFF;
 
 // High address bits of every command cycle of a program or erase.
 inline constexpr std::int32_t commandbase = 0x140000;
-inline constexpr std::int32_t lastbusaddress = 0x1FFFFF;
 inline constexpr std::uint8_t datareadregister = 0;  // samples the data lines
 
 // Data bytes that the chips take as commands.

@@ -68,8 +68,7 @@ std::int32_t ParallelMcu::fastbase() const { return s().tlength[0] < 0x80000 ? 0
 
 // Chip addresses are buffer addresses for every byte that is read.
 bool ParallelMcu::readpossible() const {
-    return first() >= 0 && last() >= 0 && last() <= lastbusaddress &&
-           (first() > last() || s().ibuffer.holds(first(), last()));
+    return first() >= 0 && last() >= 0 && (first() > last() || s().ibuffer.holds(first(), last()));
 }
 
 void ParallelMcu::parallelread(int mode) {

@@ -67,6 +67,13 @@ std::int32_t roundint32(double x) {
     return static_cast<std::int32_t>(rounded);
 }
 
+std::int64_t roundint64(double x) {
+    constexpr double limit = 9223372036854775808.0;  // 2 to the power 63
+    const double rounded = std::nearbyint(x);
+    if (!(rounded >= -limit && rounded < limit)) throw RunFault("number does not fit 64 bits");
+    return static_cast<std::int64_t>(rounded);
+}
+
 std::int32_t checkedint32(std::int64_t x) {
     if (x < std::numeric_limits<std::int32_t>::min() ||
         x > std::numeric_limits<std::int32_t>::max())

@@ -8,6 +8,7 @@ namespace keld2 {
 
 // Nearest integer, ties to even. Throws RunFault when x is no number or does not fit 32 bits.
 std::int32_t roundint32(double x);
+std::int64_t roundint64(double x);  // the same in 64 bits
 // The low 32 bits must hold the value; throws RunFault otherwise.
 std::int32_t checkedint32(std::int64_t x);
 // The value must lie in 0 to 255; throws RunFault otherwise.

@@ -14,9 +14,9 @@ void restartlonglog(SharedVariables& s) {
 
 void writepercent(SharedVariables& s, std::int32_t a) {
     const double first = s.wltbigendbuf[0];
-    const std::int32_t product = roundint32((a - first) * 100);
-    const std::int32_t divisor = roundint32(s.wltbigendbuf[1] + 1 - first);
-    const std::int64_t percent = divisor == 0 ? 0 : std::int64_t{product} / divisor;
+    const std::int64_t product = roundint64((a - first) * 100);
+    const std::int64_t divisor = roundint64(s.wltbigendbuf[1] + 1 - first);
+    const std::int64_t percent = divisor == 0 ? 0 : product / divisor;
     s.prgmode[1] = static_cast<std::uint8_t>(percent);
 }
 

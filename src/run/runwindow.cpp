@@ -35,7 +35,7 @@ void RunWindow::wepm0() {
 }
 
 void RunWindow::chooseoperation() {
-    const std::int32_t span = roundint32(s().wltbigendbuf[1] - s().wltbigendbuf[0]);
+    const std::int64_t span = roundint64(s().wltbigendbuf[1] - s().wltbigendbuf[0]);
     progressstep_ = span / 100 + 1;
     pwte_ = s().pwte[0];
     const std::uint8_t wish = s().prgresult[1];

@@ -43,7 +43,7 @@ class RunWindow {
     std::int32_t first() const { return first_; }  // first chip address of the job
     std::int32_t last() const { return last_; }    // last chip address of the job
     std::int32_t pwtefield() const { return pwte_; }
-    std::int32_t progressstep() const { return progressstep_; }
+    std::int64_t progressstep() const { return progressstep_; }
     // Serves the message loop from inside an operation that has more to do: it does not wait for
     // events, as a service of an idle loop would.
     void service() const {
@@ -89,7 +89,7 @@ class RunWindow {
     std::int32_t first_ = 0;
     std::int32_t last_ = 0;
     std::int32_t pwte_ = 0;
-    std::int32_t progressstep_ = 1;
+    std::int64_t progressstep_ = 1;
 };
 
 template <typename Pass>

@@ -128,6 +128,9 @@ TEST(SdrStatement, RowsHaveLimits) {
         EXPECT_TRUE(isfault(1, true, limit.rows));
         EXPECT_FALSE(isfault(4095, false, limit.rows)) << "a drive stores no row";
     }
+    const std::string smask = "SDR 12 TDI (000) SMASK (FF) TDO (0\n1) MASK (3C);";
+    EXPECT_EQ(sdr(smask, sdrrules80, 25809, 5001), "read empty, 13 counted") << "nor does this";
+    EXPECT_EQ(sdr(smask, sdrrules94, 0, 5001), "read empty, 13 counted");
 }
 
 }  // namespace
